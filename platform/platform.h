@@ -1,0 +1,61 @@
+// The few calls that differ between Windows and POSIX. Portable code meets the system only here.
+// File names cross this boundary as UTF-16 (the foundation converts UTF-8 with its own rules first);
+// texts for the user cross it as UTF-8.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+namespace platform
+{
+
+enum class EntryKind { Regular, Directory, CharDevice, Other, Untyped };
+
+struct Status {
+    EntryKind kind = EntryKind::Other;
+    long long size = 0;
+};
+
+// File status (_wstat64i32 on Windows). Returns 0, or the C library's errno value on failure.
+int stat(const char16_t* name, Status& out);
+
+// _wfopen on Windows, fopen of the UTF-8 name elsewhere. Null on failure, errno set.
+std::FILE* fopen(const char16_t* name, const char16_t* mode);
+
+// Return 0, or the C library's errno value.
+int unlink(const char16_t* name);
+int rmdir(const char16_t* name);
+
+// UTF-16 to the ANSI code page (WideCharToMultiByte, code page 0, no default character); UTF-8 where
+// there is no such code page. False when the system refuses the text.
+bool toAnsiCodePage(const std::u16string& text, std::string& out);
+
+// The ANSI code page's number (65001 means UTF-8).
+unsigned ansiCodePage();
+
+// The user's default locale as Windows names it: English language name ("English (United Kingdom)"),
+// abbreviated language ("ENG") and country ("GBR"). Elsewhere taken from QUILLON_USER_LOCALE, written
+// "English (United Kingdom)|ENG|GBR", so that tests can choose it; "English (United States)|ENU|USA"
+// when unset.
+struct UserLocale {
+    std::string englishLanguage;
+    std::string abbrevLanguage;
+    std::string abbrevCountry;
+};
+UserLocale userDefaultLocale();
+
+// Full path of the running executable in UTF-8, at most `maxChars` UTF-16 characters; empty on failure.
+std::string executablePath(unsigned maxChars = 256);
+
+enum class BoxIcon { None, Error, Warning, Information };
+
+// A modal message box without owner, one OK button (stderr where there is no GUI).
+void messageBox(const std::string& text, const std::string& title, BoxIcon icon);
+
+// Text of a string-table entry in UTF-8; empty when the id does not exist.
+std::string loadString(unsigned id);
+
+// Breaks into an attached debugger; does nothing without one.
+void debugBreak();
+
+} // namespace platform

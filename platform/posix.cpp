@@ -1,0 +1,123 @@
+// POSIX side of the platform layer: names are UTF-8 on disk, the string table is compiled in.
+#include "platform/platform.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "stringTable.h"
+
+namespace platform
+{
+
+// A plain encoder: the names reaching here came from the foundation's own UTF-8 decoder.
+static std::string utf8(const char16_t* s)
+{
+    std::string out;
+    for (; s && *s; ++s) {
+        char32_t c = *s;
+        if (c >= 0xD800 && c <= 0xDBFF && s[1] >= 0xDC00 && s[1] <= 0xDFFF) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (s[1] - 0xDC00);
+            ++s;
+        }
+        if (c < 0x80) {
+            out += char(c);
+        } else if (c < 0x800) {
+            out += char(0xC0 | (c >> 6));
+            out += char(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            out += char(0xE0 | (c >> 12));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+            out += char(0x80 | (c & 0x3F));
+        } else {
+            out += char(0xF0 | (c >> 18));
+            out += char(0x80 | ((c >> 12) & 0x3F));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+            out += char(0x80 | (c & 0x3F));
+        }
+    }
+    return out;
+}
+
+int stat(const char16_t* name, Status& out)
+{
+    struct ::stat st;
+    if (::stat(utf8(name).c_str(), &st) != 0)
+        return errno;
+    if (S_ISREG(st.st_mode))
+        out.kind = EntryKind::Regular;
+    else if (S_ISDIR(st.st_mode))
+        out.kind = EntryKind::Directory;
+    else if (S_ISCHR(st.st_mode))
+        out.kind = EntryKind::CharDevice;
+    else if ((st.st_mode & S_IFMT) == 0)
+        out.kind = EntryKind::Untyped;
+    else
+        out.kind = EntryKind::Other;
+    out.size = st.st_size;
+    return 0;
+}
+
+std::FILE* fopen(const char16_t* name, const char16_t* mode)
+{
+    return std::fopen(utf8(name).c_str(), utf8(mode).c_str());
+}
+
+int unlink(const char16_t* name)
+{
+    return ::unlink(utf8(name).c_str()) == 0 ? 0 : errno;
+}
+
+int rmdir(const char16_t* name)
+{
+    return ::rmdir(utf8(name).c_str()) == 0 ? 0 : errno;
+}
+
+bool toAnsiCodePage(const std::u16string& text, std::string& out)
+{
+    out = utf8(text.c_str());
+    return true;
+}
+
+unsigned ansiCodePage()
+{
+    return 65001;
+}
+
+UserLocale userDefaultLocale()
+{
+    UserLocale l{"English (United States)", "ENU", "USA"};
+    const char* v = std::getenv("QUILLON_USER_LOCALE");
+    if (!v || !*v)
+        return l;
+    std::string s = v;
+    size_t a = s.find('|'), b = a == std::string::npos ? a : s.find('|', a + 1);
+    if (b == std::string::npos)
+        return l;
+    return {s.substr(0, a), s.substr(a + 1, b - a - 1), s.substr(b + 1)};
+}
+
+std::string executablePath(unsigned maxChars)
+{
+    char buf[4096];
+    ssize_t n = ::readlink("/proc/self/exe", buf, sizeof buf - 1);
+    if (n <= 0 || unsigned(n) > maxChars)
+        return {};
+    return std::string(buf, size_t(n));
+}
+
+void messageBox(const std::string& text, const std::string& title, BoxIcon)
+{
+    std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+}
+
+std::string loadString(unsigned id)
+{
+    return qwzStringTableLookup(id);
+}
+
+void debugBreak() {}
+
+} // namespace platform

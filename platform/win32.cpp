@@ -1,0 +1,143 @@
+// Windows side of the platform layer.
+#include "platform/platform.h"
+
+#include <windows.h>
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <vector>
+#include <wchar.h>
+
+namespace platform
+{
+
+static const wchar_t* w(const char16_t* s)
+{
+    return reinterpret_cast<const wchar_t*>(s);
+}
+
+static std::string utf8(const wchar_t* s, int n)
+{
+    if (n <= 0)
+        return {};
+    int len = WideCharToMultiByte(CP_UTF8, 0, s, n, nullptr, 0, nullptr, nullptr);
+    std::string out(size_t(len), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, s, n, out.data(), len, nullptr, nullptr);
+    return out;
+}
+
+static std::wstring wide(const std::string& s)
+{
+    if (s.empty())
+        return {};
+    int len = MultiByteToWideChar(CP_UTF8, 0, s.data(), int(s.size()), nullptr, 0);
+    std::wstring out(size_t(len), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, s.data(), int(s.size()), out.data(), len);
+    return out;
+}
+
+int stat(const char16_t* name, Status& out)
+{
+    struct _stat64i32 st;
+    errno = 0;
+    if (_wstat64i32(w(name), &st) != 0)
+        return errno ? errno : ENOENT;
+    unsigned type = st.st_mode & _S_IFMT;
+    if (type == _S_IFREG)
+        out.kind = EntryKind::Regular;
+    else if (type == _S_IFDIR)
+        out.kind = EntryKind::Directory;
+    else if (type == _S_IFCHR)
+        out.kind = EntryKind::CharDevice;
+    else if (type == 0)
+        out.kind = EntryKind::Untyped;
+    else
+        out.kind = EntryKind::Other;
+    out.size = st.st_size;
+    return 0;
+}
+
+std::FILE* fopen(const char16_t* name, const char16_t* mode)
+{
+    return _wfopen(w(name), w(mode));
+}
+
+int unlink(const char16_t* name)
+{
+    return _wunlink(w(name)) == 0 ? 0 : errno;
+}
+
+int rmdir(const char16_t* name)
+{
+    return _wrmdir(w(name)) == 0 ? 0 : errno;
+}
+
+bool toAnsiCodePage(const std::u16string& text, std::string& out)
+{
+    out.clear();
+    if (text.empty())
+        return true;
+    const wchar_t* s = w(text.c_str());
+    int len = WideCharToMultiByte(CP_ACP, 0, s, int(text.size()), nullptr, 0, nullptr, nullptr);
+    if (len <= 0)
+        return false;
+    out.resize(size_t(len));
+    return WideCharToMultiByte(CP_ACP, 0, s, int(text.size()), out.data(), len, nullptr, nullptr) == len;
+}
+
+unsigned ansiCodePage()
+{
+    return GetACP();
+}
+
+static std::string localeInfo(LCID lcid, LCTYPE type)
+{
+    wchar_t buf[500];
+    int n = GetLocaleInfoW(lcid, type, buf, 500);
+    return n > 1 ? utf8(buf, n - 1) : std::string();
+}
+
+UserLocale userDefaultLocale()
+{
+    LCID lcid = GetUserDefaultLCID();
+    return {localeInfo(lcid, LOCALE_SENGLANGUAGE), localeInfo(lcid, LOCALE_SABBREVLANGNAME),
+            localeInfo(lcid, LOCALE_SABBREVCTRYNAME)};
+}
+
+std::string executablePath(unsigned maxChars)
+{
+    std::vector<wchar_t> buf(maxChars + 1);
+    DWORD n = GetModuleFileNameW(nullptr, buf.data(), DWORD(buf.size()));
+    if (n == 0 || n > maxChars)
+        return {};
+    return utf8(buf.data(), int(n));
+}
+
+void messageBox(const std::string& text, const std::string& title, BoxIcon icon)
+{
+    UINT flags = MB_OK;
+    if (icon == BoxIcon::Error)
+        flags |= MB_ICONERROR;
+    else if (icon == BoxIcon::Warning)
+        flags |= MB_ICONWARNING;
+    else if (icon == BoxIcon::Information)
+        flags |= MB_ICONINFORMATION;
+    MessageBoxW(nullptr, wide(text).c_str(), wide(title).c_str(), flags);
+}
+
+std::string loadString(unsigned id)
+{
+    const wchar_t* text = nullptr;
+    // length 0 asks for a read-only pointer into the resource, so no buffer limits the text
+    int n = LoadStringW(GetModuleHandleW(nullptr), id, reinterpret_cast<LPWSTR>(&text), 0);
+    return n > 0 ? utf8(text, n) : std::string();
+}
+
+void debugBreak()
+{
+    if (IsDebuggerPresent())
+        DebugBreak();
+}
+
+} // namespace platform

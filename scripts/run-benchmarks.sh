@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Runs every benchmark of a bench build, then the Wine benchmarks under bench/*.sh.
+set -euo pipefail
+build=$1
+for exe in "$build"/bench_*; do
+  [ -x "$exe" ] || continue
+  echo "== $(basename "$exe")"
+  "$exe"
+done
+for script in bench/*.sh; do
+  [ -f "$script" ] || continue
+  echo "== $script"
+  bash "$script"
+done

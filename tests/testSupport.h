@@ -1,0 +1,30 @@
+// Paths and scratch files for tests. Data made at build time (catalogs by msgfmt, fixtures) lies under
+// QUILLON_TEST_DATA; under Wine the Unix paths are handed over as Z: drive paths.
+#pragma once
+
+#include <string>
+
+namespace qt
+{
+
+// A Unix path as the program under test must see it: unchanged natively, "Z:\..." on Windows.
+std::string hostPath(const std::string& unixPath);
+
+// A file or folder below the build's test data directory (made by the build, read-only for tests).
+std::string dataPath(const std::string& relative);
+
+// A file or folder below the source tree.
+std::string sourcePath(const std::string& relative);
+
+// A fresh, empty directory for one test; removed by the next call with the same name.
+std::string scratchDir(const std::string& name);
+
+// Whole-file helpers over the C library, so that tests never depend on the code they test.
+std::string readFile(const std::string& path);
+void writeFile(const std::string& path, const std::string& bytes);
+bool fileExists(const std::string& path);
+
+// Sets or (with nullptr) unsets an environment variable for the rest of the test.
+void setEnv(const char* name, const char* value);
+
+} // namespace qt

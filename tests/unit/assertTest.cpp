@@ -1,0 +1,72 @@
+// Where assertion and fatal reports go, and how the process ends.
+#include <gtest/gtest.h>
+
+#include "foundation/utAssert.h"
+#include "testSupport.h"
+
+namespace
+{
+
+void assertWith(const char* mode)
+{
+    qt::setEnv("ORBA_ASSERT", mode);
+    utAssertionFailed("nls/nlsDataBase", 450, "nlsDataBase failed - with error 33");
+}
+
+TEST(AssertDeathTest, StderrModeWritesTheReportAndExitsWithOne)
+{
+    EXPECT_EXIT(assertWith("stderr"), testing::ExitedWithCode(1),
+                "Assertion failure: nlsDataBase failed - with error 33\nFile: nls/nlsDataBase Line: 450\n");
+}
+
+TEST(AssertDeathTest, AnyOtherValueIsAFileAppendedTo)
+{
+    std::string dir = qt::scratchDir("assert-file");
+    std::string log = dir + "/Popup";
+    qt::writeFile(log, "before\n");
+    // "Popup" is not the pop-up mode: the comparison is exact, so it names a file
+    EXPECT_EXIT(assertWith(log.c_str()), testing::ExitedWithCode(1), "");
+    EXPECT_EQ(qt::readFile(log),
+              "before\nAssertion failure: nlsDataBase failed - with error 33\nFile: nls/nlsDataBase Line: 450\n");
+}
+
+TEST(AssertDeathTest, EmptyValueLosesTheReportButStillExitsWithOne)
+{
+#ifdef _WIN32
+    GTEST_SKIP() << "the C runtime removes a variable set to the empty text";
+#endif
+    EXPECT_EXIT(assertWith(""), testing::ExitedWithCode(1), "^$");
+}
+
+TEST(AssertDeathTest, FatalWithoutTheVariableWritesToTheGivenStream)
+{
+    qt::setEnv("ORBA_ASSERT", nullptr);
+    EXPECT_EXIT(utFatal(false, stderr, "Fatal error:", "app/x", 7, "broken"), testing::ExitedWithCode(1),
+                "Fatal error: broken\nFile: app/x Line: 7\n");
+}
+
+TEST(AssertTest, AnInstalledHookTakesTheFailureAndTheProcessGoesOn)
+{
+    static std::string seen;
+    utAssertHooks saved = utAssertionHooks();
+    utAssertionHooks().plain = [](const char* file, int line, const char* message) {
+        seen = std::string(file) + ":" + std::to_string(line) + ":" + message;
+    };
+    utAssertionFailed("a.cpp", 3, "m");
+    utAssertionHooks() = saved;
+    EXPECT_EQ(seen, "a.cpp:3:m");
+}
+
+TEST(AssertTest, TheFullHookWinsOverThePlainOne)
+{
+    static int full = 0, plain = 0;
+    utAssertHooks saved = utAssertionHooks();
+    utAssertionHooks().full = [](utAssertHooks*, const char*, int, const char*) { ++full; };
+    utAssertionHooks().plain = [](const char*, int, const char*) { ++plain; };
+    utAssertionFailed("a.cpp", 3, "m");
+    utAssertionHooks() = saved;
+    EXPECT_EQ(full, 1);
+    EXPECT_EQ(plain, 0);
+}
+
+} // namespace
