@@ -10,6 +10,14 @@
 namespace
 {
 
+// Built by appending: GCC 12 warns falsely (-Wrestrict) on a literal + std::string at -O2.
+std::string numbered(const char* prefix, int i)
+{
+    std::string s(prefix);
+    s += std::to_string(i);
+    return s;
+}
+
 TEST(coBlockArray, WritingElement256MakesTwoBlocks)
 {
     coBlockArray<utString> a;
@@ -74,7 +82,7 @@ TEST(coBlockArray, CopiesAcrossBlocksShareStrings)
 {
     coBlockArray<utString> a;
     for (int i = 0; i < 700; ++i)
-        a.at(i) = utString::copyOf("s" + std::to_string(i));
+        a.at(i) = utString::copyOf(numbered("s", i));
     coBlockArray<utString> b(a);
     EXPECT_EQ(b.size(), 700);
     EXPECT_EQ(b.blockCount(), 3);

@@ -10,6 +10,14 @@
 namespace
 {
 
+// Built by appending: GCC 12 warns falsely (-Wrestrict) on a literal + std::string at -O2.
+std::string numbered(const char* prefix, int i)
+{
+    std::string s(prefix);
+    s += std::to_string(i);
+    return s;
+}
+
 using Table = utStringutStringcoTablePcoSet;
 
 int slotOf(const Table& t, const char* key)
@@ -44,8 +52,8 @@ TEST(coTable, GrowsWhenTheEighthKeyGoesIn)
     std::vector<std::string> keys;
     uint32_t expectedChecksum = 0;
     for (int i = 0; i < 8; ++i) {
-        keys.push_back("key" + std::to_string(i));
-        t.insert({utString::copyOf(keys.back()), utString::copyOf("value" + std::to_string(i))});
+        keys.push_back(numbered("key", i));
+        t.insert({utString::copyOf(keys.back()), utString::copyOf(numbered("value", i))});
         expectedChecksum ^= utString::hash(keys.back().c_str(), static_cast<int>(keys.back().size()));
         EXPECT_EQ(t.count(), static_cast<uint32_t>(i + 1));
         EXPECT_EQ(t.sizeBits(), i < 7 ? 4u : 5u) << "after " << i + 1 << " keys";
@@ -53,13 +61,13 @@ TEST(coTable, GrowsWhenTheEighthKeyGoesIn)
     }
     EXPECT_EQ(t.slotCount(), 32u);
     for (int i = 0; i < 8; ++i)
-        EXPECT_EQ(t.findValue(utString(keys[static_cast<size_t>(i)].c_str())).str(), "value" + std::to_string(i));
+        EXPECT_EQ(t.findValue(utString(keys[static_cast<size_t>(i)].c_str())).str(), numbered("value", i));
     for (int i = 8; i < 200; ++i)
-        t.insert({utString::copyOf("key" + std::to_string(i)), utString("x")});
+        t.insert({utString::copyOf(numbered("key", i)), utString("x")});
     EXPECT_EQ(t.count(), 200u);
     EXPECT_EQ(t.sizeBits(), 9u) << "200 keys stay under half of 512 slots";
     for (int i = 0; i < 200; ++i)
-        EXPECT_FALSE(t.findValue(utString::copyOf("key" + std::to_string(i))).isNull()) << i;
+        EXPECT_FALSE(t.findValue(utString::copyOf(numbered("key", i))).isNull()) << i;
 }
 
 TEST(coTable, NullKeyIsRefusedEmptyKeyIsStored)
@@ -125,7 +133,7 @@ TEST(coTable, ResetKeepsOrRemakesTheSlots)
     for (const Case& c : cases) {
         Table t;
         for (int i = 0; i < 10; ++i)
-            t.insert({utString::copyOf("k" + std::to_string(i)), utString("v")});
+            t.insert({utString::copyOf(numbered("k", i)), utString("v")});
         ASSERT_EQ(t.sizeBits(), 5u);
         t.reset(c.bits, c.reallocate);
         EXPECT_EQ(t.count(), 0u);
