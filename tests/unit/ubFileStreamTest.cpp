@@ -196,7 +196,7 @@ TEST(ubStreams, FailBitAndLinesThroughTheStandardOperators)
     std::string dir = qt::scratchDir("ubStreams");
     std::string path = dir + "/lines.txt";
     {
-        ubOFStream out(path.c_str(), truncate);
+        ubOFStream out(path.c_str(), truncate | binary);
         ASSERT_TRUE(out.good());
         out << "first " << 42 << "\n" << std::string(3000, 'x') << "\n";
         out.flush();
