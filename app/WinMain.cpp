@@ -16,7 +16,8 @@
 #include "platform/platform.h"
 #include "resourceIds.h"
 
-namespace {
+namespace
+{
 
 bool usable(HANDLE h)
 {
