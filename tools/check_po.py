@@ -42,6 +42,10 @@ class Entry:
 
 def parse_po(path):
     """Entries of a PO file in order; the header is the entry whose msgid is empty."""
+    return parse_po_text(Path(path).read_text(encoding="utf-8"), path)
+
+
+def parse_po_text(text, path):
     entries = []
     cur = None
     field = None
@@ -53,7 +57,7 @@ def parse_po(path):
             entries.append(cur)
         cur = None
 
-    for n, raw in enumerate(Path(path).read_text(encoding="utf-8").splitlines(), 1):
+    for n, raw in enumerate(text.splitlines(), 1):
         line = raw.strip()
         if not line:
             finish()
