@@ -26,6 +26,7 @@ REGENERATE = ("regenerate it with\n"
               "    python3 tools/make_pot.py res/strings.txt res/quillon.rc -o locale/quillon.pot\n"
               "  (or: cmake --build <build dir> --target update_pot), then bring each translation up to date:\n"
               "    msgmerge --update --no-fuzzy-matching --backup=none locale/<lang>.po locale/quillon.pot\n"
+              "    msgattrib --no-obsolete -o locale/<lang>.po locale/<lang>.po\n"
               "  and translate what is new")
 
 

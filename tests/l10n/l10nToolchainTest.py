@@ -227,6 +227,29 @@ class StaleTemplate(unittest.TestCase):
                     self.assertIn("tools/make_pot.py res/strings.txt res/quillon.rc -o locale/quillon.pot", r.stderr)
                     shutil.copy(SRC / "res" / file, res / file)
 
+    def test_the_documented_way_out_leaves_only_the_new_text_to_translate(self):
+        msgmerge = shutil.which("msgmerge", path=str(Path(MSGFMT).parent)) or shutil.which("msgmerge")
+        if not msgmerge:
+            self.skipTest("msgmerge not installed")
+        with tempfile.TemporaryDirectory() as tmp:
+            tmp = Path(tmp)
+            shutil.copytree(SRC / "res", tmp / "res")
+            strings = tmp / "res" / "strings.txt"
+            strings.write_text(strings.read_text(encoding="utf-8").replace('"Untitled"', '"Nameless"'),
+                               encoding="utf-8")
+            pot, po = tmp / "quillon.pot", tmp / "de.po"
+            r = run(sys.executable, TOOLS / "make_pot.py", strings, tmp / "res" / "quillon.rc", "-o", pot)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            shutil.copy(SRC / "locale" / "de.po", po)
+            r = run(msgmerge, "--quiet", "--update", "--no-fuzzy-matching", "--backup=none", po, pot)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            r = run(Path(msgmerge).with_name("msgattrib"), "--no-obsolete", "-o", po, po)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            r = check_po([po], template=pot, committed=pot, rc=tmp / "res" / "quillon.rc")
+            problems = [line for line in r.stderr.splitlines() if "problem(s)" not in line]
+            self.assertEqual(len(problems), 1, r.stderr)
+            self.assertIn('"Nameless": not translated', problems[0])
+
 
 class ResourceScriptTexts(unittest.TestCase):
     """make_pot reads the texts a user sees from any well-formed resource script."""
