@@ -6,7 +6,8 @@ Fails (exit 1, every problem listed) when:
   - a .po misses an entry of the template, or keeps one that the template no longer has (also "#~");
   - an entry is fuzzy or untranslated, or has lost the template's c-format flag (msgfmt --check-format
     only checks flagged entries, so a dropped flag would hide a broken conversion);
-  - a translation changes the leading blanks, the number of line breaks or the trailing line breaks;
+  - a translation changes the leading blanks, the number of line breaks or the trailing line breaks,
+    or loses or repeats one of the window framework's numbered inserts ("%1");
   - a menu text loses or doubles its "&", repeats an access key within its menu, or changes the
     shortcut after its tab.
   - the printf conversions of a c-format text change in number, type or order, or become positional
@@ -181,6 +182,9 @@ def check_entry(path, e, tmpl, problems):
     if trailing_breaks(e.msgstr) != trailing_breaks(e.msgid):
         problems.append(f"{where}: ends in {trailing_breaks(e.msgstr)} line breaks, the English text in "
                         f"{trailing_breaks(e.msgid)}")
+    if sorted(re.findall(r"%[1-9]", e.msgstr)) != sorted(re.findall(r"%[1-9]", e.msgid)):
+        problems.append(f"{where}: the numbered inserts {sorted(set(re.findall(r'%[1-9]', e.msgid)))} must each "
+                        f"stay, once (their order may change)")
     if e.msgstr.count("\n") != e.msgid.count("\n"):
         problems.append(f"{where}: has {e.msgstr.count(chr(10))} line breaks, the English text "
                         f"{e.msgid.count(chr(10))} (prompt and tooltip, and message lines, are split at them)")

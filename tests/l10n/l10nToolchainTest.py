@@ -206,6 +206,30 @@ class Consistency(unittest.TestCase):
                     self.assertIn(expected, r.stderr)
 
 
+class NumberedInserts(unittest.TestCase):
+    """The window framework's texts carry "%1"-style inserts, which no printf check sees."""
+
+    HEADER = ('msgid ""\nmsgstr ""\n"Language: de\\n"\n"MIME-Version: 1.0\\n"\n'
+              '"Content-Type: text/plain; charset=UTF-8\\n"\n"Content-Transfer-Encoding: 8bit\\n"\n\n')
+    CASES = [  # translation, accepted, expected message
+        ("Änderungen an %1 speichern?", True, ""),
+        ("%1: Änderungen speichern? (%2)", False, "numbered inserts ['%1'] must each stay"),
+        ("Änderungen speichern?", False, "numbered inserts ['%1'] must each stay"),
+        ("%1 und %1 speichern?", False, "numbered inserts ['%1'] must each stay"),
+    ]
+
+    def test_each_insert_stays_once(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            pot, po = Path(tmp) / "t.pot", Path(tmp) / "de.po"
+            pot.write_text(self.HEADER + 'msgid "Save changes to %1?"\nmsgstr ""\n', encoding="utf-8")
+            for text, accepted, expected in self.CASES:
+                with self.subTest(text):
+                    po.write_text(self.HEADER + f'msgid "Save changes to %1?"\nmsgstr "{text}"\n', encoding="utf-8")
+                    r = check_po([po], template=pot)
+                    self.assertEqual(r.returncode, 0 if accepted else 1, r.stderr)
+                    self.assertIn(expected, r.stderr)
+
+
 class StaleTemplate(unittest.TestCase):
     """A text changed in the sources without regenerating locale/quillon.pot fails with the way out."""
 
