@@ -134,9 +134,16 @@ void nlsDataBase::validate()
     if (useHash) {
         if (h > size || s > (size - h) / 4)
             return fail(nlsError::Corrupt);
-        for (const unsigned char *slot = image_ + h, *end = slot + size_t(s) * 4; slot != end; slot += 4)
-            if (word(slot) > n)
+        // a table without an empty slot could only end its probes by the bound: refuse it outright
+        bool anyEmpty = false;
+        for (const unsigned char *slot = image_ + h, *end = slot + size_t(s) * 4; slot != end; slot += 4) {
+            uint32_t v = word(slot);
+            if (v > n)
                 return fail(nlsError::Corrupt);
+            anyEmpty |= v == 0;
+        }
+        if (!anyEmpty)
+            return fail(nlsError::Corrupt);
     }
     const unsigned char* tables[2] = {image_ + o, image_ + t};
     for (const unsigned char* table : tables) {

@@ -6,35 +6,10 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/utTextConversion.h"
+
 namespace
 {
-
-// A plain decoder for the library's own names; anything malformed becomes "?".
-std::u16string toUtf16(const char* text)
-{
-    std::u16string out;
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
-    while (p && *p) {
-        unsigned c = *p++;
-        int more = c >= 0xF0 ? 3 : c >= 0xE0 ? 2 : c >= 0xC0 ? 1 : 0;
-        if (c >= 0x80 && !more) {
-            out += u'?';
-            continue;
-        }
-        c &= 0x3F >> more;
-        for (; more && (*p & 0xC0) == 0x80; --more)
-            c = (c << 6) | (*p++ & 0x3F);
-        if (more || c > 0x10FFFF) {
-            out += u'?';
-        } else if (c >= 0x10000) {
-            out += char16_t(0xD800 | ((c - 0x10000) >> 10));
-            out += char16_t(0xDC00 | (c & 0x3FF));
-        } else {
-            out += char16_t(c);
-        }
-    }
-    return out;
-}
 
 int retryDepth = 0;
 
@@ -43,7 +18,7 @@ nlsFileKind kindOfFailure(int error, const std::string& path);
 nlsFileKind probe(const std::string& path)
 {
     platform::Status status;
-    int error = platform::stat(toUtf16(path.c_str()).c_str(), status);
+    int error = platform::stat(utUtf8ToUtf16(path.c_str()).c_str(), status);
     if (error)
         return kindOfFailure(error, path);
     switch (status.kind) {
@@ -99,10 +74,10 @@ nlsFileKind nlsProbeFile(const char* path)
 
 int nlsStat(const char* path, platform::Status& out)
 {
-    return platform::stat(toUtf16(path).c_str(), out);
+    return platform::stat(utUtf8ToUtf16(path).c_str(), out);
 }
 
 nlsFileHandle nlsOpenFile(const char* path, const char* mode)
 {
-    return nlsFileHandle(platform::fopen(toUtf16(path).c_str(), toUtf16(mode).c_str()));
+    return nlsFileHandle(utOpenFile(path, mode));
 }
