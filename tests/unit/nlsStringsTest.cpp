@@ -72,12 +72,8 @@ TEST(uiSaveString, EmptyFormsAndComparison)
         int shares;
     };
     const Case cases[] = {
-        {uiSaveString(), true, 0},
-        {uiSaveString(nullptr), true, 0},
-        {uiSaveString("abc", 0), true, 0},
-        {uiSaveString(nullptr, 3), true, 0},
-        {uiSaveString(""), true, 1},
-        {uiSaveString("abcdef", 3), false, 1},
+        {uiSaveString(), true, 0},           {uiSaveString(nullptr), true, 0}, {uiSaveString("abc", 0), true, 0},
+        {uiSaveString(nullptr, 3), true, 0}, {uiSaveString(""), true, 1},      {uiSaveString("abcdef", 3), false, 1},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(c.s.empty(), c.empty) << (c.s.text() ? c.s.text() : "<null>");
@@ -101,8 +97,8 @@ TEST(nlsLanguage, BaseLanguageCutsTheCountryAndTheBlanksBeforeIt)
         const char* name;
         const char* base;
     } cases[] = {
-        {"English-GBR", "English"}, {"English \t-GBR", "English"}, {"-GBR", ""},
-        {"  -GBR", ""},             {"German-DEU-X", "German"},    {"French", "French"},
+        {"English-GBR", "English"}, {"English \t-GBR", "English"}, {"-GBR", ""}, {"  -GBR", ""},
+        {"German-DEU-X", "German"}, {"French", "French"},
     };
     for (const auto& c : cases) {
         nlsLanguage language(c.name);
