@@ -56,10 +56,12 @@ struct State {
     DomainList* domains = nullptr;
 };
 
+// Never destroyed: domains owned by other process-wide records are destroyed during exit, after a
+// function-local State would already be gone.
 State& state()
 {
-    static State s;
-    return s;
+    static State* s = new State;
+    return *s;
 }
 
 // The user's language name without its parenthesised region: "English (United Kingdom)" -> "English".
