@@ -41,7 +41,7 @@ std::string unquote(const std::string& line)
 std::vector<std::pair<std::string, std::string>> sourcePairs()
 {
     std::vector<std::pair<std::string, std::string>> pairs;
-    std::ifstream po(qt::sourcePath("tests/unit/data/nls/German.po"));
+    std::ifstream po(qt::dataPath("nls/German.po"));
     std::string line, id;
     while (std::getline(po, line)) {
         if (line.rfind("msgid ", 0) == 0)
