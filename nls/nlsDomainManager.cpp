@@ -342,11 +342,10 @@ uint32_t nlsDomainManager::setLocale(int category)
     State& s = state();
     const bool off = s.requested == noTranslationMarker;
     const platform::UserLocale user = platform::userDefaultLocale();
+    const char* effective = off ? defaultLanguage : textOf(s.requested);
     std::string name;
-    if (off)
-        name = userLanguageName(user);
-    else if (!s.requested.empty())
-        name = s.requested.text();
+    if (*effective)
+        name = off ? userLanguageName(user) : effective;
     else
         name = textOf(systemLanguage(2));
     if (name == userLanguageName(user) + "-" + user.abbrevCountry)
