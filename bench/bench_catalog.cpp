@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -228,7 +229,7 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs)
             if (run.run_type == Run::RT_Iteration)
-                ns[run.benchmark_name()] = run.GetAdjustedRealTime();
+                ns[run.benchmark_name()] = run.GetAdjustedCPUTime(); // the machine is shared: CPU time is steadier
     }
     std::map<std::string, double> ns;
 };
@@ -257,7 +258,10 @@ int printRatios(const RatioReporter& r)
     std::printf("\n%-16s %12s %12s %12s %10s\n", "catalog", "hit/glibc", "miss/glibc", "load/plain", "targets");
     for (const auto& owned : catalogs) {
         const Catalog& c = *owned;
-        auto at = [&](const char* what) { return r.ns.at(name(what, c)); };
+        auto at = [&](const char* what) {
+            auto it = r.ns.find(name(what, c));
+            return it == r.ns.end() ? std::nan("") : it->second; // filtered out
+        };
         double hit = at("ours_hit") / at("glibc_hit"), miss = at("ours_miss") / at("glibc_miss");
         double load = at("load_checked") / at("load_plain");
         double hitTarget = c.size >= 10000 ? 0.25 : c.size >= 1000 ? 0.4 : 1e9;
