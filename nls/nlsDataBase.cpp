@@ -32,16 +32,15 @@ inline uint32_t rawWord(const unsigned char* at)
     return v;
 }
 
-// The classic hashpjw over the key's bytes taken as signed chars.
+// The classic hashpjw over the key's bytes taken as signed chars; the top four bits are folded back
+// without a branch (h ^= g >> 24; h ^= g is the same as folding and clearing them).
 inline uint32_t hashKey(const char* key, size_t& length)
 {
     uint32_t h = 0;
     const char* p = key;
     for (; *p; ++p) {
         h = (h << 4) + uint32_t(int32_t(static_cast<signed char>(*p)));
-        uint32_t g = h & 0xF0000000u;
-        if (g)
-            h ^= (g >> 24) ^ g;
+        h = (h ^ ((h >> 24) & 0xF0u)) & 0x0FFFFFFFu;
     }
     length = size_t(p - key);
     return h;
@@ -114,7 +113,52 @@ uint32_t nlsDataBase::word(const unsigned char* at) const
     return swapped_ ? swap32(v) : v;
 }
 
-// One pass over the header, both string tables and the hash table. On failure the image is dropped.
+namespace
+{
+
+template <bool Swapped> inline uint32_t load32(const unsigned char* at)
+{
+    uint32_t v = rawWord(at);
+    return Swapped ? swap32(v) : v;
+}
+
+// Every slot names an entry or is empty, and at least one is empty. Written without early exits so
+// that the compiler can vectorise it.
+template <bool Swapped> bool hashTableValid(const unsigned char* slots, uint32_t size, uint32_t count)
+{
+    uint32_t largest = 0, empty = 0;
+    for (uint32_t i = 0; i < size; ++i) {
+        uint32_t v = load32<Swapped>(slots + size_t(i) * 4);
+        largest = v > largest ? v : largest;
+        empty += v == 0;
+    }
+    return largest <= count && empty != 0;
+}
+
+// Each string lies inside the image and has its NUL at its stated length.
+template <bool Swapped>
+bool stringsValid(const unsigned char* image, size_t size, const unsigned char* table, uint32_t count)
+{
+    for (const unsigned char *entry = table, *end = table + size_t(count) * 8; entry != end; entry += 8) {
+        const uint32_t length = load32<Swapped>(entry), offset = load32<Swapped>(entry + 4);
+        if (offset >= size || length >= size - offset || image[size_t(offset) + length] != 0)
+            return false;
+    }
+    return true;
+}
+
+template <bool Swapped>
+bool tablesValid(const unsigned char* image, size_t size, uint32_t n, uint32_t o, uint32_t t, uint32_t s, uint32_t h,
+                 bool useHash)
+{
+    if (useHash && !hashTableValid<Swapped>(image + h, s, n))
+        return false;
+    return stringsValid<Swapped>(image, size, image + o, n) && stringsValid<Swapped>(image, size, image + t, n);
+}
+
+} // namespace
+
+// One pass over the header, the hash table and both string tables. On failure the image is dropped.
 void nlsDataBase::validate()
 {
     const size_t size = size_;
@@ -130,29 +174,14 @@ void nlsDataBase::validate()
     const uint32_t s = word(image_ + 20), h = word(image_ + 24);
     if (o > size || n > (size - o) / 8 || t > size || n > (size - t) / 8)
         return fail(nlsError::Corrupt);
+    // sizes below 3 leave the probe step without meaning: such catalogs are searched, not hashed
     const bool useHash = s >= 3 && h != 0;
-    if (useHash) {
-        if (h > size || s > (size - h) / 4)
-            return fail(nlsError::Corrupt);
-        // a table without an empty slot could only end its probes by the bound: refuse it outright
-        bool anyEmpty = false;
-        for (const unsigned char *slot = image_ + h, *end = slot + size_t(s) * 4; slot != end; slot += 4) {
-            uint32_t v = word(slot);
-            if (v > n)
-                return fail(nlsError::Corrupt);
-            anyEmpty |= v == 0;
-        }
-        if (!anyEmpty)
-            return fail(nlsError::Corrupt);
-    }
-    const unsigned char* tables[2] = {image_ + o, image_ + t};
-    for (const unsigned char* table : tables) {
-        for (const unsigned char *entry = table, *end = table + size_t(n) * 8; entry != end; entry += 8) {
-            uint32_t length = word(entry), offset = word(entry + 4);
-            if (offset > size || length >= size - offset || image_[size_t(offset) + length] != 0)
-                return fail(nlsError::Corrupt);
-        }
-    }
+    if (useHash && (h > size || s > (size - h) / 4))
+        return fail(nlsError::Corrupt);
+    const bool valid = swapped_ ? tablesValid<true>(image_, size, n, o, t, s, h, useHash)
+                                : tablesValid<false>(image_, size, n, o, t, s, h, useHash);
+    if (!valid)
+        return fail(nlsError::Corrupt);
     count_ = n;
     sources_ = image_ + o;
     translations_ = image_ + t;
@@ -160,37 +189,38 @@ void nlsDataBase::validate()
     hashTable_ = useHash ? image_ + h : nullptr;
 }
 
-const char* nlsDataBase::translation(uint32_t index) const
-{
-    return reinterpret_cast<const char*>(image_ + word(translations_ + size_t(index) * 8 + 4));
-}
-
 const char* nlsDataBase::translate(const char* key) const
 {
-    if (!key || failed_ || !image_)
+    if (!key || !image_)
         return key;
-    const char* found = hashTable_ ? hashLookup(key) : searchLookup(key);
+    const char* found;
+    if (hashTable_)
+        found = swapped_ ? hashLookup<true>(key) : hashLookup<false>(key);
+    else
+        found = swapped_ ? searchLookup<true>(key) : searchLookup<false>(key);
     return found ? found : key;
 }
 
-// Double hashing as the catalog compiler lays it out. The probe is bounded by the table size, so a
-// table without an empty slot ends as a miss instead of looping.
-const char* nlsDataBase::hashLookup(const char* key) const
+// Double hashing as the catalog compiler lays it out. The probe is bounded by the table size, so no
+// table can make it loop.
+template <bool Swapped> const char* nlsDataBase::hashLookup(const char* key) const
 {
     size_t length;
     const uint32_t h = hashKey(key, length);
     const uint32_t s = hashSize_;
     const uint32_t step = 1 + h % (s - 2);
     // the swapped size is converted a second time here; the quirk is kept, and the index guarded
-    const uint32_t wrap = swapped_ ? swap32(s) : s;
+    const uint32_t wrap = Swapped ? swap32(s) : s;
     uint32_t index = h % s;
     for (uint32_t probes = 0; probes < s; ++probes) {
-        uint32_t slot = word(hashTable_ + size_t(index) * 4);
+        const uint32_t slot = load32<Swapped>(hashTable_ + size_t(index) * 4);
         if (slot == 0)
             return nullptr;
         const unsigned char* entry = sources_ + size_t(slot - 1) * 8;
-        if (word(entry) == length && std::memcmp(image_ + word(entry + 4), key, length) == 0)
-            return translation(slot - 1);
+        const unsigned char* answer = translations_ + size_t(slot - 1) * 8;
+        __builtin_prefetch(answer); // fetched while the source text is compared
+        if (load32<Swapped>(entry) == length && std::memcmp(image_ + load32<Swapped>(entry + 4), key, length) == 0)
+            return reinterpret_cast<const char*>(image_ + load32<Swapped>(answer + 4));
         if (index >= wrap - step)
             index = index + step - wrap;
         else
@@ -201,19 +231,19 @@ const char* nlsDataBase::hashLookup(const char* key) const
     return nullptr;
 }
 
-const char* nlsDataBase::searchLookup(const char* key) const
+template <bool Swapped> const char* nlsDataBase::searchLookup(const char* key) const
 {
     uint32_t lo = 0, hi = count_;
     while (lo < hi) {
-        uint32_t mid = lo + (hi - lo) / 2;
-        const char* source = reinterpret_cast<const char*>(image_ + word(sources_ + size_t(mid) * 8 + 4));
-        int c = std::strcmp(key, source);
+        const uint32_t mid = lo + (hi - lo) / 2;
+        const char* source = reinterpret_cast<const char*>(image_ + load32<Swapped>(sources_ + size_t(mid) * 8 + 4));
+        const int c = std::strcmp(key, source);
         if (c < 0)
             hi = mid;
         else if (c > 0)
             lo = mid + 1;
         else
-            return translation(mid);
+            return reinterpret_cast<const char*>(image_ + load32<Swapped>(translations_ + size_t(mid) * 8 + 4));
     }
     return nullptr;
 }

@@ -74,9 +74,8 @@ private:
     void validate();
     void fail(uint32_t code);
     uint32_t word(const unsigned char* at) const;
-    const char* hashLookup(const char* key) const;
-    const char* searchLookup(const char* key) const;
-    const char* translation(uint32_t index) const;
+    template <bool Swapped> const char* hashLookup(const char* key) const;
+    template <bool Swapped> const char* searchLookup(const char* key) const;
 
     nlsDataBase* next_ = nullptr;
     unsigned char* image_ = nullptr;
