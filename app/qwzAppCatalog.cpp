@@ -1,22 +1,108 @@
-// Translation without catalogs: every text stands for itself.
+// Catalog start-up and translation for the application. The domain "quillon" is created lazily so that
+// the start-up's wake-up message, not the first real one, pays for loading the catalog.
 #include "app/qwzAppCatalog.h"
 
+#include "foundation/utFormat.h"
+
 #include <cstdarg>
+#include <cstdio>
 
-#include "document/qwzOutput.h"
+#include "foundation/utPath.h"
+#include "nls/nlsDomainManager.h"
 
-void qwzStartCatalogs(const utString&) {}
+namespace
+{
+
+#ifdef _WIN32
+const char* const separator = "\\";
+#else
+const char* const separator = "/"; // the native build's test runs; Windows takes both
+#endif
+
+utString& base()
+{
+    static utString directory;
+    return directory;
+}
+
+bool catalogDirectoryExists(const utString& language)
+{
+    if (language.isEmpty())
+        return false;
+    return utIsDirectory(utString::copyOf(base().str() + separator + language.str()));
+}
+
+} // namespace
+
+const utString& qwzAppCatalog::baseDirectory()
+{
+    return base();
+}
+
+void qwzAppCatalog::setBaseDirectory(const utString& directory)
+{
+    base() = utString::copyOf(directory.str());
+}
+
+qwzAppCatalog::~qwzAppCatalog()
+{
+    stop();
+}
+
+void qwzAppCatalog::stop()
+{
+    if (domain_)
+        nlsDomainManager::destroyDomain(domain_);
+    domain_ = nullptr;
+}
+
+void qwzAppCatalog::start()
+{
+    requested_ = utString::copyOf(nlsDomainManager::systemLanguage(1).text());
+    if (catalogDirectoryExists(requested_)) {
+        used_ = requested_;
+    } else {
+        utString bare = utString::copyOf(nlsDomainManager::systemLanguage(3).text());
+        if (catalogDirectoryExists(bare)) {
+            used_ = bare;
+        } else {
+            nlsDomainManager::setSkipEnvironment(0);
+            nlsDomainManager::clearSystemLanguage();
+            nlsDomainManager::setLastCategory(0);
+            nlsDomainManager::setLanguageForAllDomains(nlsDomainManager::noTranslation());
+            used_ = utString::copyOf("English"); // the resources' own texts are English
+        }
+    }
+    translate("This string has no translation, it is only to wake up the nls system");
+}
+
+utString qwzAppCatalog::translate(const char* text)
+{
+    // the empty key is the catalog's header, never a message
+    if (!text || !*text)
+        return utString::copyOf("");
+    if (!domain_)
+        domain_ = nlsDomainManager::createDomain(base().c_str(), "quillon");
+    return utString::copyOf(nlsDomainManager::translate(domain_, text));
+}
+
+qwzAppCatalog& qwzTheAppCatalog()
+{
+    static qwzAppCatalog record;
+    return record;
+}
 
 utString translate(const char* english)
 {
-    return utString::copyOf(english);
+    return qwzTheAppCatalog().translate(english);
 }
 
 utString translateFormat(const char* english, ...)
 {
+    utString format = translate(english);
     va_list args;
     va_start(args, english);
-    utString text = qwzFormat(translate(english).c_str(), args);
+    utString text = utFormatV(format.c_str(), args);
     va_end(args);
     return text;
 }

@@ -32,7 +32,8 @@ qwzStartup::Outcome qwzStartup::run(const std::vector<std::string>& words, int& 
         return Quit;
     }
     qwzVersionInfo::instance().readProductFile(installDir(Install, root));
-    qwzStartCatalogs(installDir(Locale, root));
+    qwzAppCatalog::setBaseDirectory(installDir(Locale, root));
+    qwzTheAppCatalog().start();
 
     line.parse(words);
     if (line.mode == qwzCommandLine::Help || line.mode == qwzCommandLine::UnknownSwitch) {

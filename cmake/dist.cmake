@@ -11,3 +11,21 @@ if(WIN32)
                 ${QUILLON_DIST}/sys/install/product
         VERBATIM)
 endif()
+
+# English has a catalog of its own, every text translated to itself: an English user's language then
+# has a catalog like any other, and only a language that Quillon does not speak is reported.
+if(DEFINED QUILLON_POT)
+    find_program(QUILLON_MSGEN msgen REQUIRED)
+    set(english_po ${CMAKE_BINARY_DIR}/English.po)
+    set(english_mo ${QUILLON_LOCALE_DIR}/English/LC_MESSAGES/quillon.mo)
+    add_custom_command(
+        OUTPUT ${english_mo}
+        COMMAND ${QUILLON_MSGEN} --no-wrap -o ${english_po} ${QUILLON_POT}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${QUILLON_LOCALE_DIR}/English/LC_MESSAGES
+        COMMAND ${QUILLON_MSGFMT} --check-format -o ${english_mo} ${english_po}
+        DEPENDS ${QUILLON_POT} ${check_stamp}
+        COMMENT "Making the English catalog"
+        VERBATIM)
+    add_custom_target(english_catalog ALL DEPENDS ${english_mo})
+    add_dependencies(catalogs english_catalog)
+endif()

@@ -2,8 +2,6 @@
 // whether it ends in the view, on standard output, in a log file, in memory or nowhere.
 #pragma once
 
-#include <cstdarg>
-
 #include "foundation/utString.h"
 
 class qwzOutput
@@ -28,7 +26,3 @@ public:
     // The process-wide channel over standard output.
     static qwzOutput& standardOutput();
 };
-
-// Formats into a buffer that starts at 4192 bytes and doubles until the text fits; `format` is a
-// program text, never a document's.
-utString qwzFormat(const char* format, va_list args);

@@ -1,5 +1,6 @@
 """The real quillon.exe from the installation tree as a command-line program: its usage text on standard
 output or in a log file, its exit status, and the message box when it has no installation tree."""
+import gettext
 import os
 import shutil
 import subprocess
@@ -29,6 +30,8 @@ def windows_path(path):
 
 def run(args, env=None, exe=EXE, timeout=60):
     full_env = dict(os.environ)
+    # the language comes from these or, when all are empty, from the Windows user locale (English here)
+    full_env.update({"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
     full_env.update(env or {})
     return subprocess.run([str(WINE_RUN), str(exe), *args], capture_output=True, timeout=timeout, env=full_env)
 
@@ -74,6 +77,58 @@ class UsageText(unittest.TestCase):
         self.assertFalse(missing.exists())
 
 
+USAGE_MESSAGES = ["Usage:\n\n", "  quillon\n", "  Run Quillon\n\n", "  quillon <file>\n",
+                  "  Run Quillon and display the requested file\n\n", "  quillon -help\n", "  Display this help\n"]
+LANGUAGES = ["German", "French", "Spanish", "Italian", "Japanese"]
+
+
+def catalog(language):
+    with open(DIST / "lib" / "locale" / language / "LC_MESSAGES" / "quillon.mo", "rb") as f:
+        return gettext.GNUTranslations(f)
+
+
+class TranslatedUsage(unittest.TestCase):
+    """The usage text in each shipped language, as its installed catalog translates it."""
+
+    def test_every_shipped_language(self):
+        for language in LANGUAGES:
+            with self.subTest(language=language):
+                expected = "".join(catalog(language).gettext(m) for m in USAGE_MESSAGES)
+                self.assertNotEqual(expected, USAGE, "the catalog translates nothing")
+                done = run(["-help"], env={"LC_ALL": language})
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
+
+    def test_lc_messages_and_lang_choose_when_lc_all_is_silent(self):
+        german = "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES)
+        for env in ({"LC_ALL": "", "LC_MESSAGES": "German", "LANG": "French"}, {"LANG": "German"}):
+            with self.subTest(env=env):
+                clean = {k: "" for k in ("LC_ALL", "LC_MESSAGES", "LANG")}
+                clean.update(env)
+                done = run(["-help"], env=clean)
+                self.assertEqual(done.stdout.decode("utf-8"), german.replace("\n", "\r\n"))
+
+    def test_a_language_without_catalog_stays_english_and_says_so(self):
+        done = run(["-help"], env={"LC_ALL": "Klingon"})
+        self.assertEqual(done.returncode, 0, done.stderr)
+        # translation is switched off: the domain looks under the marker, then finds the English fallback
+        warnings = "NLS Warning: Catalog <quillon> failed to load for language <NO_TRANSLATION>\n"
+        self.assertEqual(done.stdout.decode("utf-8"), (warnings + USAGE).replace("\n", "\r\n"))
+
+    def test_english_users_get_their_catalog_without_warnings(self):
+        for env in ({"LC_ALL": "English"}, {}):
+            with self.subTest(env=env):
+                done = run(["-help"], env=env)
+                self.assertEqual(done.stdout.decode("utf-8"), USAGE.replace("\n", "\r\n"))
+
+    def test_log_file_in_german_is_utf8(self):
+        log = SCRATCH / "german.txt"
+        done = run([f"-logfile:{windows_path(log)}", "-help"], env={"LC_ALL": "German"})
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(log.read_bytes().decode("utf-8"),
+                         "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES))
+
+
 class MissingInstallationTree(unittest.TestCase):
     """Started from the root of a drive there is no tree two levels up: a message box says so."""
 
@@ -86,14 +141,14 @@ class MissingInstallationTree(unittest.TestCase):
         if link.is_symlink():
             link.unlink()
         link.symlink_to(drive)
-        env = dict(os.environ)
+        env = dict(os.environ, LC_ALL="", LC_MESSAGES="", LANG="")
         proc = subprocess.Popen([str(WINE_RUN), "Y:\\quillon.exe"], env=env,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         try:
             found = subprocess.run(["xdotool", "search", "--sync", "--name", "^Quillon$"],
                                    capture_output=True, text=True, timeout=60)
             windows = found.stdout.split()
-            self.assertTrue(windows, "no message box titled Quillon appeared")
+            self.assertTrue(windows, f"no message box titled Quillon appeared: {found.stderr}")
             shot = BUILD / "e2e-artifacts"
             shot.mkdir(exist_ok=True)
             subprocess.run(["import", "-window", "root", str(shot / "no-install-dir.png")], timeout=30)

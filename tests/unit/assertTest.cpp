@@ -84,7 +84,15 @@ void closeFatalErrorBoxSoon()
 {
     std::thread([] {
         for (int i = 0; i < 400; ++i) {
-            if (HWND box = FindWindowW(nullptr, L"Fatal Error")) {
+            HWND box = nullptr;
+            // only our own box: another process of the run may show one too
+            while ((box = FindWindowExW(nullptr, box, nullptr, L"Fatal Error")) != nullptr) {
+                DWORD pid = 0;
+                GetWindowThreadProcessId(box, &pid);
+                if (pid == GetCurrentProcessId())
+                    break;
+            }
+            if (box) {
                 wchar_t text[1024] = {};
                 // the report is the box's static text: leave it where the parent can see it
                 GetDlgItemTextW(box, 0xFFFF, text, 1024);

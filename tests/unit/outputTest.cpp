@@ -4,14 +4,33 @@
 #include <sstream>
 #include <string>
 
+#include "app/qwzAppCatalog.h"
 #include "app/qwzStartup.h"
 #include "document/qwzStreamOutput.h"
 #include "document/qwzStringOutput.h"
+#include "nls/nlsDomainManager.h"
 #include "resourceIds.h"
 #include "testSupport.h"
 
 namespace
 {
+
+// Catalog state is process-wide and other tests leave languages behind: these expect the English texts.
+class EnglishTexts : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        nlsDomainManager::setLanguageForAllDomains(nlsDomainManager::noTranslation());
+    }
+    void TearDown() override
+    {
+        qwzTheAppCatalog().stop();
+        nlsDomainManager::setLanguageForAllDomains("");
+        nlsDomainManager::clearSystemLanguage();
+        nlsDomainManager::setLastCategory(0);
+    }
+};
 
 TEST(OutputTest, StringChannelCollectsInOrder)
 {
@@ -32,14 +51,14 @@ TEST(OutputTest, FormattedTextLongerThanTheFirstBufferArrivesWhole)
     }
 }
 
-TEST(OutputTest, MessagesComeFromTheStringTable)
+TEST_F(EnglishTexts, MessagesComeFromTheStringTable)
 {
     qwzStringOutput out;
     out.printMessage(0, IDS_FILE_NOT_FOUND, "C:\\x.txt");
     EXPECT_STREQ(out.text().c_str(), "Error: The file C:\\x.txt does not exist or could not be opened");
 }
 
-TEST(OutputTest, AnUnknownMessageIdWritesNothing)
+TEST_F(EnglishTexts, AnUnknownMessageIdWritesNothing)
 {
     qwzStringOutput out;
     out.printMessage(0, 65000);
@@ -69,14 +88,14 @@ const char usageText[] = "Usage:\n\n"
                          "  quillon -help\n"
                          "  Display this help\n";
 
-TEST(UsageTest, TextIsTheSevenMessagesInOrder)
+TEST_F(EnglishTexts, UsageTextIsTheSevenMessagesInOrder)
 {
     qwzStringOutput out;
     printUsage(out);
     EXPECT_STREQ(out.text().c_str(), usageText);
 }
 
-TEST(UsageTest, LogFileIsTruncatedAndGetsNoCarriageReturns)
+TEST_F(EnglishTexts, UsageLogFileIsTruncatedAndGetsNoCarriageReturns)
 {
     std::string dir = qt::scratchDir("usage-log");
     std::string log = dir + "/out.txt";
