@@ -26,8 +26,7 @@ winSaveResult failure(winSaveResult::Step step, DWORD error)
     return r;
 }
 
-// A read-only target is refused before anything is written: ReplaceFileW would otherwise turn it into a
-// writable file.
+// A read-only target is the user's sign that the file must not change: refused before anything is written.
 DWORD checkTarget(const std::wstring& path, bool& exists)
 {
     DWORD attributes = GetFileAttributesW(path.c_str());
@@ -87,6 +86,24 @@ winSaveResult fillTemp(const std::wstring& temp, const std::string& bytes)
     return ok;
 }
 
+// Puts the flushed temporary file in place of the existing target. The original is moved to a backup
+// name of ours rather than one ReplaceFileW would invent (Wine leaves an invented one behind when the
+// target is locked); the backup goes once the new content is in place, and comes back if it is not.
+DWORD replaceExisting(const std::wstring& path, const std::wstring& temp)
+{
+    std::wstring backup = temp + L".bak";
+    if (ReplaceFileW(path.c_str(), temp.c_str(), backup.c_str(), REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) {
+        DeleteFileW(backup.c_str());
+        return ERROR_SUCCESS;
+    }
+    DWORD error = GetLastError();
+    if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES)
+        DeleteFileW(backup.c_str());
+    else
+        MoveFileExW(backup.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH);
+    return error ? error : ERROR_GEN_FAILURE;
+}
+
 } // namespace
 
 void winSafeSave::setTestHook(TestHook hook)
@@ -116,12 +133,14 @@ winSaveResult winSafeSave::write(const std::wstring& path, const std::string& by
 
     winSaveResult r = fillTemp(temp, bytes);
     if (r.ok) {
-        BOOL moved = exists
-                         ? ReplaceFileW(path.c_str(), temp, nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
-                         : MoveFileExW(temp, path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-        if (moved)
+        DWORD e = ERROR_SUCCESS;
+        if (exists)
+            e = replaceExisting(path, temp);
+        else if (!MoveFileExW(temp, path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            e = GetLastError();
+        if (e == ERROR_SUCCESS)
             return r;
-        r = failure(winSaveResult::Replace, GetLastError());
+        r = failure(winSaveResult::Replace, e);
     }
     DeleteFileW(temp);
     return r;
