@@ -1,7 +1,8 @@
 // Saving never loses the user's file: success replaces the content; a read-only target, a target locked
-// by another opener, a full disk (simulated through the test hook: no small volume can be made under Wine
-// here) and a process killed between flushing the temporary file and replacing the target all leave the
-// original intact; failures leave no temporary file and tell the user.
+// by another opener, a full disk (a really full 64 KiB volume mounted by fullDisk.sh where mounting is
+// allowed, and always a write failure simulated through the test hook) and a process killed between
+// flushing the temporary file and replacing the target all leave the original intact; failures leave no
+// temporary file and tell the user.
 #include "winTestApp.h"
 
 #include "resourceIds.h"
@@ -10,7 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include "testSupport.h"
+
 #include <algorithm>
+#include <cstdlib>
 
 namespace
 {
@@ -178,6 +182,42 @@ TEST(SafeSaveTest, AProcessKilledBetweenTheStepsKeepsTheOriginal)
     ASSERT_EQ(names.size(), 2u);
     std::wstring temp = names[0] == L"doc \u00fc.txt" ? names[1] : names[0];
     EXPECT_EQ(wt::readWide(f.dir + L"\\" + temp), replacement);
+}
+
+// Runs only on the 64 KiB volume that fullDisk.sh mounts.
+TEST(SafeSaveFullDisk, AFullVolumeFailsTheSaveAndKeepsTheOriginal)
+{
+    const char* mounted = std::getenv("QUILLON_FULL_DISK_DIR");
+    if (!mounted || !*mounted)
+        GTEST_SKIP() << "runs only on the small volume of fullDisk.sh";
+    std::wstring dir = winText::fromUtf8(qt::hostPath(mounted));
+    std::wstring path = dir + L"\\on full disk.txt";
+    wt::writeWide(path, original);
+    ASSERT_EQ(wt::readWide(path), original);
+    std::string tooBig(256 * 1024, 'x');
+
+    winSaveResult r = winSafeSave::write(path, tooBig);
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.failedStep, winSaveResult::WriteTemp);
+    EXPECT_EQ(r.error, DWORD(ERROR_DISK_FULL));
+    EXPECT_EQ(wt::readWide(path), original);
+    EXPECT_EQ(wt::listDir(dir), std::vector<std::wstring>{L"on full disk.txt"});
+
+    // the space came back: a save that fits still works
+    ASSERT_TRUE(winSafeSave::write(path, replacement).ok);
+    EXPECT_EQ(wt::readWide(path), replacement);
+
+    wt::TestApp app(L"winTests-save");
+    auto* doc = static_cast<wt::TestDocument*>(app.openDocumentFile(path));
+    ASSERT_NE(doc, nullptr);
+    doc->bytes = tooBig;
+    doc->setModified();
+    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57603, 0);
+    ASSERT_EQ(app.boxes.size(), 1u);
+    EXPECT_EQ(app.boxes[0].text, winText::formatId(WIN_IDS_SAVE_DISK_FULL, {path}));
+    EXPECT_TRUE(doc->isModified());
+    EXPECT_EQ(wt::readWide(path), replacement);
+    DeleteFileW(path.c_str());
 }
 
 TEST(SafeSaveTest, DirectoryOfKeepsRootsAndDrives)
