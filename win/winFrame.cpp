@@ -78,6 +78,8 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_CLOSE:
         OnClose();
         return 0;
+    case WM_QUERYENDSESSION:
+        return OnQueryEndSession() ? TRUE : FALSE;
     case WM_DESTROY:
         OnDestroy();
         return 0;
@@ -124,6 +126,16 @@ void winFrame::OnClose()
     if (document_ && !document_->saveModified())
         return;
     DestroyWindow(hwnd());
+}
+
+bool winFrame::OnQueryEndSession()
+{
+    return !document_ || document_->saveModified();
+}
+
+void winFrame::acceptDroppedFiles(bool accept)
+{
+    DragAcceptFiles(hwnd(), accept ? TRUE : FALSE);
 }
 
 void winFrame::OnDestroy()

@@ -65,7 +65,10 @@ public:
     // Sizes the bars and the view to the client area.
     void recalcLayout();
 
-    // Opens the first file of a drop through the application's open path (with its save prompt).
+    // Lets the user drop files on the window (DragAcceptFiles).
+    void acceptDroppedFiles(bool accept = true);
+    // Opens the first file of a drop through the application's open path (with its save prompt); frees
+    // the drop.
     void openDroppedFiles(HDROP drop);
 
 protected:
@@ -80,6 +83,8 @@ protected:
     virtual void layoutBars(RECT& client);
     // Asks the document to save if modified, then destroys the window.
     virtual void OnClose();
+    // Windows is ending the session: true lets it, after the save prompt.
+    virtual bool OnQueryEndSession();
     virtual void OnDestroy();
     virtual void OnSize();
     virtual void OnSetFocus();

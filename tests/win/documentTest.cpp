@@ -159,6 +159,8 @@ void runAction(TestApp& app, const std::string& action, const std::wstring& othe
         SendMessageW(frame, WM_COMMAND, 57616, 0);
     } else if (action == "close") {
         SendMessageW(frame, WM_CLOSE, 0, 0);
+    } else if (action == "exit") {
+        SendMessageW(frame, WM_COMMAND, 57665, 0);
     }
 }
 
@@ -169,6 +171,7 @@ TEST(DocumentTest, SavePromptAnswersOnNewOpenRecentAndClose)
         {"open", IDYES, true, true},   {"open", IDNO, false, true},   {"open", IDCANCEL, false, false},
         {"recent", IDYES, true, true}, {"recent", IDNO, false, true}, {"recent", IDCANCEL, false, false},
         {"close", IDYES, true, true},  {"close", IDNO, false, true},  {"close", IDCANCEL, false, false},
+        {"exit", IDYES, true, true},   {"exit", IDNO, false, true},   {"exit", IDCANCEL, false, false},
     };
     std::wstring dir = wt::scratch("doc-prompt");
     for (const PromptCase& c : cases) {
@@ -190,7 +193,7 @@ TEST(DocumentTest, SavePromptAnswersOnNewOpenRecentAndClose)
         EXPECT_EQ(app.boxes[0].text, winText::formatId(WIN_IDS_SAVE_CHANGES, {path})) << label;
         EXPECT_EQ(app.boxes[0].type & MB_TYPEMASK, UINT(MB_YESNOCANCEL)) << label;
         EXPECT_EQ(wt::readWide(path), c.expectSaved ? "edited" : "original") << label;
-        if (std::string(c.action) == "close") {
+        if (std::string(c.action) == "close" || std::string(c.action) == "exit") {
             EXPECT_EQ(IsWindow(app.mainFrame()->hwnd()) != FALSE, !c.expectReplaced) << label;
         } else {
             EXPECT_EQ(doc->pathName() != path, c.expectReplaced) << label;
@@ -238,7 +241,8 @@ TEST(DocumentTest, ADroppedFileOpensTheFirstFileAfterTheSavePrompt)
     wt::writeWide(second, "not this one");
     auto* doc = static_cast<TestDocument*>(app.openDocumentFile(L""));
     ASSERT_NE(doc, nullptr);
-    DragAcceptFiles(app.mainFrame()->hwnd(), TRUE);
+    app.mainFrame()->acceptDroppedFiles();
+    EXPECT_TRUE(GetWindowLongW(app.mainFrame()->hwnd(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES);
     doc->setModified();
 
     app.answers = {IDCANCEL};
