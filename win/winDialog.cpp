@@ -2,6 +2,7 @@
 #include "win/winDialog.h"
 
 #include "win/winApp.h"
+#include "win/winControl.h"
 #include "win/winDataExchange.h"
 #include "win/winText.h"
 
@@ -105,6 +106,13 @@ INT_PTR winDialog::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         default:
             return OnCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam)) ? TRUE : FALSE;
         }
+    case WM_NOTIFY: {
+        LRESULT result = 0;
+        if (!winControl::reflectNotify(lParam, result))
+            return FALSE;
+        SetWindowLongPtrW(hwnd_, DWLP_MSGRESULT, result);
+        return TRUE;
+    }
     default:
         return FALSE;
     }

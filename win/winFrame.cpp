@@ -3,6 +3,7 @@
 #include "win/winFrame.h"
 
 #include "win/winApp.h"
+#include "win/winControl.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
 #include "win/winRecentFiles.h"
@@ -72,6 +73,12 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         if (!HIWORD(lParam))
             OnInitMenuPopup(reinterpret_cast<HMENU>(wParam));
         return 0;
+    case WM_NOTIFY: {
+        LRESULT result = 0;
+        if (winControl::reflectNotify(lParam, result))
+            return result;
+        break;
+    }
     case WM_DROPFILES:
         OnDropFiles(reinterpret_cast<HDROP>(wParam));
         return 0;
