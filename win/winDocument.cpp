@@ -80,9 +80,9 @@ void winDocument::setPathName(const std::wstring& path, bool addToRecentFiles)
 bool winDocument::onNewDocument()
 {
     pathName_.clear();
-    modified_ = false;
     if (view_)
         view_->setText(L"");
+    modified_ = false;
     setTitle(winText::load(WIN_IDS_UNTITLED));
     return true;
 }
@@ -116,7 +116,11 @@ void winDocument::serialize(std::string& bytes)
 
 bool winDocument::deserialize(const std::string& bytes)
 {
-    return view_ && view_->setText(winText::fromUtf8(bytes));
+    // the control ends its text at the first NUL: refuse rather than show a silently cut file
+    if (!view_ || bytes.find('\0') != std::string::npos)
+        return false;
+    std::wstring text = winText::fromUtf8(bytes);
+    return (text.empty() == bytes.empty()) && view_->setText(text);
 }
 
 std::wstring winDocument::saveErrorText(const std::wstring& path, const winSaveResult& result)

@@ -68,7 +68,8 @@ public:
 
     // The bytes to save; the default is the view's text as UTF-8.
     virtual void serialize(std::string& bytes);
-    // Takes the bytes of an opened file; the default shows them as UTF-8 in the view.
+    // Takes the bytes of an opened file; the default shows them as UTF-8 in the view and refuses (false)
+    // bytes that the control could not show whole (a NUL byte, a text too big).
     virtual bool deserialize(const std::string& bytes);
 
     // Asks "Save changes to <title>?" when modified. Yes saves (false if that fails), No goes on,

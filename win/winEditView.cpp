@@ -46,10 +46,12 @@ void lowerInPlace(std::wstring& s)
 
 winEditView::~winEditView()
 {
-    if (findDialog_ && IsWindow(findDialog_)) {
+    if (findDialog_) {
         if (winApp* app = winApp::instance())
             app->removeModelessDialog(findDialog_);
-        DestroyWindow(findDialog_);
+        // the dialog may already have gone with its owner, the frame
+        if (IsWindow(findDialog_))
+            DestroyWindow(findDialog_);
     }
     if (hwnd_ && IsWindow(hwnd_))
         DestroyWindow(hwnd_);

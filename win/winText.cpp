@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <climits>
+
 namespace
 {
 winText::Translator translator = nullptr;
@@ -64,7 +66,8 @@ std::wstring winText::formatId(unsigned id, std::initializer_list<std::wstring> 
 
 std::wstring winText::fromUtf8(const std::string& text)
 {
-    if (text.empty())
+    // the conversion counts in int: a bigger text is refused whole rather than cut
+    if (text.empty() || text.size() > size_t(INT_MAX))
         return {};
     int len = MultiByteToWideChar(CP_UTF8, 0, text.data(), int(text.size()), nullptr, 0);
     std::wstring out(size_t(len > 0 ? len : 0), L'\0');
@@ -75,7 +78,7 @@ std::wstring winText::fromUtf8(const std::string& text)
 
 std::string winText::toUtf8(const std::wstring& text)
 {
-    if (text.empty())
+    if (text.empty() || text.size() > size_t(INT_MAX) / 3)
         return {};
     int len = WideCharToMultiByte(CP_UTF8, 0, text.data(), int(text.size()), nullptr, 0, nullptr, nullptr);
     std::string out(size_t(len > 0 ? len : 0), '\0');

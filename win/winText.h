@@ -29,7 +29,8 @@ public:
     // Loads, translates and formats string-table entry `id`.
     static std::wstring formatId(unsigned id, std::initializer_list<std::wstring> args);
 
-    // UTF-8 <-> UTF-16; invalid UTF-8 becomes U+FFFD.
+    // UTF-8 <-> UTF-16; invalid UTF-8 becomes U+FFFD; a text too big for the system's int counts gives
+    // an empty result.
     static std::wstring fromUtf8(const std::string& text);
     static std::string toUtf8(const std::wstring& text);
 };

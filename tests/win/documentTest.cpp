@@ -257,3 +257,51 @@ TEST(DocumentTest, ADroppedFileOpensTheFirstFileAfterTheSavePrompt)
 }
 
 } // namespace
+
+namespace
+{
+
+class PlainApp : public wt::TestApp
+{
+public:
+    PlainApp() : TestApp(L"winTests-plain")
+    {
+        addDocTemplate(winDocTemplate::make<winDocument, winEditView, winFrame>(wt::frameResource));
+    }
+};
+
+TEST(DocumentTest, TheDefaultDocumentShowsUtf8TextAndSavesItBack)
+{
+    PlainApp app;
+    std::wstring dir = wt::scratch("doc-plain");
+    std::wstring path = dir + L"\\text.txt";
+    const std::string utf8 = "h\xc3\xa9llo\r\nw\xe2\x82\xacrld \xf0\x9f\x98\x80";
+    wt::writeWide(path, utf8);
+    winDocument* doc = app.openDocumentFile(path);
+    ASSERT_NE(doc, nullptr);
+    EXPECT_EQ(doc->view()->text(), L"h\u00e9llo\r\nw\u20acrld \U0001F600");
+    EXPECT_FALSE(doc->isModified());
+    SendMessageW(doc->view()->hwnd(), EM_SETSEL, 0, 0);
+    SendMessageW(doc->view()->hwnd(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\u00c4"));
+    EXPECT_TRUE(doc->isModified());
+    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57603, 0);
+    EXPECT_EQ(wt::readWide(path), "\xc3\x84" + utf8);
+    EXPECT_FALSE(doc->isModified());
+}
+
+TEST(DocumentTest, TheDefaultDocumentRefusesAFileWithNulBytes)
+{
+    PlainApp app;
+    std::wstring dir = wt::scratch("doc-nul");
+    std::wstring text = dir + L"\\text.txt", binary = dir + L"\\binary.bin";
+    wt::writeWide(text, "text");
+    wt::writeWide(binary, std::string("ab\0cd", 5));
+    ASSERT_NE(app.openDocumentFile(text), nullptr);
+    EXPECT_EQ(app.openDocumentFile(binary), nullptr);
+    ASSERT_EQ(app.boxes.size(), 1u);
+    EXPECT_EQ(app.boxes[0].text, winText::formatId(WIN_IDS_OPEN_FAILED, {binary}));
+    EXPECT_EQ(app.document()->view()->text(), L"") << "the view is not left with a cut text";
+    EXPECT_TRUE(app.document()->pathName().empty());
+}
+
+} // namespace
