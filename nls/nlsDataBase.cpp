@@ -142,25 +142,29 @@ template <bool Swapped> NLS_VECTORISE bool hashTableValid(const unsigned char* s
     return largest <= count && empty != 0;
 }
 
-// Each string lies inside the image and has its NUL at its stated length.
-template <bool Swapped>
-bool stringsValid(const unsigned char* image, size_t size, const unsigned char* table, uint32_t count)
+// One string lies inside the image and has its NUL at its stated length. Both tests are evaluated
+// without short-circuit so that a string costs one branch before its NUL is read.
+template <bool Swapped> inline bool stringValid(const unsigned char* image, size_t size, const unsigned char* entry)
 {
-    for (const unsigned char *entry = table, *end = table + size_t(count) * 8; entry != end; entry += 8) {
-        const uint32_t length = load32<Swapped>(entry), offset = load32<Swapped>(entry + 4);
-        if (offset >= size || length >= size - offset || image[size_t(offset) + length] != 0)
-            return false;
-    }
-    return true;
+    const uint32_t length = load32<Swapped>(entry), offset = load32<Swapped>(entry + 4);
+    if ((offset >= size) | (length >= size - offset))
+        return false;
+    return image[size_t(offset) + length] == 0;
 }
 
+// Source text i and its translation are checked together: one pass over both tables.
 template <bool Swapped>
 bool tablesValid(const unsigned char* image, size_t size, uint32_t n, uint32_t o, uint32_t t, uint32_t s, uint32_t h,
                  bool useHash)
 {
     if (useHash && !hashTableValid<Swapped>(image + h, s, n))
         return false;
-    return stringsValid<Swapped>(image, size, image + o, n) && stringsValid<Swapped>(image, size, image + t, n);
+    const unsigned char* sources = image + o;
+    const unsigned char* translations = image + t;
+    bool valid = true;
+    for (size_t i = 0, end = size_t(n) * 8; i != end && valid; i += 8)
+        valid = stringValid<Swapped>(image, size, sources + i) & stringValid<Swapped>(image, size, translations + i);
+    return valid;
 }
 
 } // namespace
