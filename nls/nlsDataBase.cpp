@@ -133,13 +133,13 @@ template <bool Swapped> inline uint32_t load32(const unsigned char* at)
 #endif
 template <bool Swapped> NLS_VECTORISE bool hashTableValid(const unsigned char* slots, uint32_t size, uint32_t count)
 {
-    uint32_t largest = 0, empty = 0;
+    uint32_t beyond = 0, empty = 0; // or-ed flags: no dependency chain longer than one step
     for (uint32_t i = 0; i < size; ++i) {
-        uint32_t v = load32<Swapped>(slots + size_t(i) * 4);
-        largest = v > largest ? v : largest;
-        empty += v == 0;
+        const uint32_t v = load32<Swapped>(slots + size_t(i) * 4);
+        beyond |= v > count;
+        empty |= v == 0;
     }
-    return largest <= count && empty != 0;
+    return !beyond && empty;
 }
 
 // One string lies inside the image and has its NUL at its stated length. Both tests are evaluated
