@@ -163,7 +163,7 @@ bool tablesValid(const unsigned char* image, size_t size, uint32_t n, uint32_t o
     const unsigned char* translations = image + t;
     bool valid = true;
     for (size_t i = 0, end = size_t(n) * 8; i != end && valid; i += 8)
-        valid = stringValid<Swapped>(image, size, sources + i) & stringValid<Swapped>(image, size, translations + i);
+        valid = stringValid<Swapped>(image, size, sources + i) && stringValid<Swapped>(image, size, translations + i);
     return valid;
 }
 
