@@ -1,7 +1,7 @@
 // Catalog lookups and loading against glibc's gettext on the same msgfmt catalogs, in the same run.
 // Catalogs of 100, 1,000 and 10,000 UI-like messages are generated, compiled by msgfmt with and without
 // a hash table, and every lookup is checked against the expected translation before anything is timed.
-// With "--lookups N" it only runs N hits on the 1,000-message hashed catalog (for callgrind).
+// With "--lookups N [hit|miss] [hash|nohash]" it only runs N lookups on a 1,000-message catalog (callgrind).
 #include <benchmark/benchmark.h>
 
 #include <libintl.h>
@@ -293,13 +293,15 @@ void tearDown()
     run("rm -rf " + workDir);
 }
 
-// Only hits on the hashed 1,000-message catalog, for instruction counting; not inlined so that
-// callgrind can collect exactly this function.
-__attribute__((noinline)) size_t runLookups(const Catalog& c, size_t count)
+// Lookups on the 1,000-message catalog for instruction counting; not inlined so that callgrind can
+// collect exactly this function.
+__attribute__((noinline)) size_t runLookups(const Catalog& c, size_t count, bool misses)
 {
     size_t found = 0, n = c.messages.size();
-    for (size_t i = 0; i < count; ++i)
-        found += c.db->translate(c.messages[i % n].id.c_str()) != c.messages[i % n].id.c_str();
+    for (size_t i = 0; i < count; ++i) {
+        const char* key = misses ? c.misses[i % n].c_str() : c.messages[i % n].id.c_str();
+        found += c.db->translate(key) != key;
+    }
     return found;
 }
 
@@ -308,13 +310,16 @@ __attribute__((noinline)) size_t runLookups(const Catalog& c, size_t count)
 int main(int argc, char** argv)
 {
     setUp();
-    if (argc == 3 && std::strcmp(argv[1], "--lookups") == 0) {
-        Catalog& c = build(1000, true);
+    // --lookups N [hit|miss] [hash|nohash]
+    if (argc >= 3 && std::strcmp(argv[1], "--lookups") == 0) {
+        const bool misses = argc > 3 && std::strcmp(argv[3], "miss") == 0;
+        const bool hashed = !(argc > 4 && std::strcmp(argv[4], "nohash") == 0);
+        Catalog& c = build(1000, hashed);
         verify(c);
-        size_t count = std::strtoul(argv[2], nullptr, 10);
-        size_t found = runLookups(c, count);
+        const size_t count = std::strtoul(argv[2], nullptr, 10);
+        const size_t found = runLookups(c, count, misses);
         tearDown();
-        return found == count ? 0 : 1;
+        return found == (misses ? 0 : count) ? 0 : 1;
     }
     for (size_t size : {100, 1000, 10000})
         for (bool hashed : {true, false})

@@ -32,15 +32,17 @@ inline uint32_t rawWord(const unsigned char* at)
     return v;
 }
 
-// The classic hashpjw over the key's bytes taken as signed chars; the top four bits are folded back
-// without a branch (h ^= g >> 24; h ^= g is the same as folding and clearing them).
+// The classic hashpjw over the key's bytes taken as signed chars. The fold stays a branch: it is rarely
+// taken, so the critical path per byte is one shift and one add.
 inline uint32_t hashKey(const char* key, size_t& length)
 {
     uint32_t h = 0;
     const char* p = key;
     for (; *p; ++p) {
         h = (h << 4) + uint32_t(int32_t(static_cast<signed char>(*p)));
-        h = (h ^ ((h >> 24) & 0xF0u)) & 0x0FFFFFFFu;
+        const uint32_t g = h & 0xF0000000u;
+        if (g)
+            h ^= (g >> 24) ^ g;
     }
     length = size_t(p - key);
     return h;
@@ -122,38 +124,47 @@ template <bool Swapped> inline uint32_t load32(const unsigned char* at)
     return Swapped ? swap32(v) : v;
 }
 
-// Every slot names an entry or is empty, and at least one is empty. Written without early exits so
-// that the compiler can vectorise it.
-template <bool Swapped> bool hashTableValid(const unsigned char* slots, uint32_t size, uint32_t count)
+// Every slot names an entry or is empty, and at least one is empty. Written without early exits and
+// vectorised, since it runs over every slot at each load (GCC's -O2 would not vectorise it).
+#if defined(__GNUC__) && !defined(__clang__)
+#define NLS_VECTORISE __attribute__((optimize("tree-vectorize")))
+#else
+#define NLS_VECTORISE
+#endif
+template <bool Swapped> NLS_VECTORISE bool hashTableValid(const unsigned char* slots, uint32_t size, uint32_t count)
 {
-    uint32_t largest = 0, empty = 0;
+    uint32_t beyond = 0, empty = 0; // or-ed flags: no dependency chain longer than one step
     for (uint32_t i = 0; i < size; ++i) {
-        uint32_t v = load32<Swapped>(slots + size_t(i) * 4);
-        largest = v > largest ? v : largest;
-        empty += v == 0;
+        const uint32_t v = load32<Swapped>(slots + size_t(i) * 4);
+        beyond |= v > count;
+        empty |= v == 0;
     }
-    return largest <= count && empty != 0;
+    return !beyond && empty;
 }
 
-// Each string lies inside the image and has its NUL at its stated length.
-template <bool Swapped>
-bool stringsValid(const unsigned char* image, size_t size, const unsigned char* table, uint32_t count)
+// One string lies inside the image and has its NUL at its stated length. Both tests are evaluated
+// without short-circuit so that a string costs one branch before its NUL is read.
+template <bool Swapped> inline bool stringValid(const unsigned char* image, size_t size, const unsigned char* entry)
 {
-    for (const unsigned char *entry = table, *end = table + size_t(count) * 8; entry != end; entry += 8) {
-        const uint32_t length = load32<Swapped>(entry), offset = load32<Swapped>(entry + 4);
-        if (offset >= size || length >= size - offset || image[size_t(offset) + length] != 0)
-            return false;
-    }
-    return true;
+    const uint32_t length = load32<Swapped>(entry), offset = load32<Swapped>(entry + 4);
+    if ((offset >= size) | (length >= size - offset))
+        return false;
+    return image[size_t(offset) + length] == 0;
 }
 
+// Source text i and its translation are checked together: one pass over both tables.
 template <bool Swapped>
 bool tablesValid(const unsigned char* image, size_t size, uint32_t n, uint32_t o, uint32_t t, uint32_t s, uint32_t h,
                  bool useHash)
 {
     if (useHash && !hashTableValid<Swapped>(image + h, s, n))
         return false;
-    return stringsValid<Swapped>(image, size, image + o, n) && stringsValid<Swapped>(image, size, image + t, n);
+    const unsigned char* sources = image + o;
+    const unsigned char* translations = image + t;
+    bool valid = true;
+    for (size_t i = 0, end = size_t(n) * 8; i != end && valid; i += 8)
+        valid = stringValid<Swapped>(image, size, sources + i) && stringValid<Swapped>(image, size, translations + i);
+    return valid;
 }
 
 } // namespace
