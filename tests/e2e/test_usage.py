@@ -129,6 +129,44 @@ class TranslatedUsage(unittest.TestCase):
                          "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES))
 
 
+class CorruptCatalog(unittest.TestCase):
+    """A damaged catalog in the installation tree is refused loudly; the other languages still work."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.tree = SCRATCH.parent / "corrupt-tree" / "Quillon"
+        shutil.rmtree(cls.tree.parent, ignore_errors=True)
+        shutil.copytree(DIST, cls.tree)
+        mo = cls.tree / "lib" / "locale" / "German" / "LC_MESSAGES" / "quillon.mo"
+        data = bytearray(mo.read_bytes())
+        # the translations table now points far past the end of the file
+        data[16:20] = (len(data) + 4096).to_bytes(4, "little")
+        mo.write_bytes(bytes(data))
+        cls.exe = cls.tree / "sys" / "exec" / "quillon.exe"
+
+    REPORT = "Assertion failure: nlsDataBase failed - with error 513\nFile: nls/nlsDataBase Line: 450\n"
+
+    def test_error_line_then_the_assertion_on_stderr(self):
+        done = run(["-help"], env={"LC_ALL": "German", "ORBA_ASSERT": "stderr"}, exe=self.exe)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stdout.decode("utf-8"), "NLS Error: Catalog is corrupt\r\n")
+        self.assertIn(self.REPORT.replace("\n", "\r\n"), done.stderr.decode("utf-8"))
+
+    def test_assertion_report_appended_to_a_file(self):
+        report = SCRATCH / "assert.log"
+        report.write_bytes(b"earlier\n")
+        done = run(["-help"], env={"LC_ALL": "German", "ORBA_ASSERT": windows_path(report)}, exe=self.exe)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stdout.decode("utf-8"), "NLS Error: Catalog is corrupt\r\n")
+        self.assertEqual(report.read_bytes().decode("utf-8"), "earlier\n" + self.REPORT)
+
+    def test_other_languages_of_the_same_tree_are_unaffected(self):
+        done = run(["-help"], env={"LC_ALL": "French"}, exe=self.exe)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        expected = "".join(catalog("French").gettext(m) for m in USAGE_MESSAGES)
+        self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
+
+
 class MissingInstallationTree(unittest.TestCase):
     """Started from the root of a drive there is no tree two levels up: a message box says so."""
 
