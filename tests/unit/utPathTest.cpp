@@ -1,0 +1,137 @@
+// Environment references in paths and the file-kind probes, against real files and directories.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "foundation/utPath.h"
+#include "foundation/utTextConversion.h"
+#include "testSupport.h"
+
+namespace
+{
+
+TEST(utExpandReferences, ResolvesOneReference)
+{
+    qt::setEnv("HOME", "/h");
+    qt::setEnv("QV", "/a");
+    qt::setEnv("QP", "QQ");
+    qt::setEnv("QQ", "R");
+    qt::setEnv("QS", "QT");
+    qt::setEnv("QT", "1");
+    qt::setEnv("QLOOP", "QLOOP2");
+    qt::setEnv("QLOOP2", "QLOOP");
+    qt::setEnv("QUNSET", nullptr);
+    struct Case {
+        const char* in;
+        const char* expected;
+    } cases[] = {
+        {"~/x", "/h/x"},
+        {"~", "/h"},
+        {"$QV/x", "/a/x"},
+        {"$QV", "/a"},
+        {"$QUNSET/x", "/x"},
+        {"$/x", "/x"},
+        {"QP", "R"},  // QP -> QQ -> R, and R names nothing
+        {"QS", "QT"}, // a one-character value that names nothing ends the chain
+        {"QUNSET", "QUNSET"},
+        {"plain/path", "plain/path"},
+        {"", ""},
+        {"a~b", "a~b"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(utExpandReferences(utString(c.in)).str(), c.expected) << c.in;
+    // a loop of names stops after its bounded number of look-ups on one of the two names
+    std::string loop = utExpandReferences(utString("QLOOP")).str();
+    EXPECT_TRUE(loop == "QLOOP" || loop == "QLOOP2") << loop;
+    EXPECT_TRUE(utExpandReferences(utString()).isNull());
+    EXPECT_EQ(utExpandReferences("~/xyz", 3).str(), "/h/x") << "the length bounds the input";
+}
+
+TEST(utExpandReferences, LongInputsAndValuesFitWhateverTheirLength)
+{
+    std::string longValue(5000, 'v');
+    qt::setEnv("QLONG", longValue.c_str());
+    qt::setEnv("HOME", longValue.c_str());
+    std::string longRest = "/" + std::string(3000, 'r');
+    struct Case {
+        std::string in, expected;
+    } cases[] = {
+        {"$QLONG" + longRest, longValue + longRest},
+        {"~" + longRest, longValue + longRest},
+        {std::string(4000, 'n'), std::string(4000, 'n')},
+        {"QLONG", longValue},
+    };
+    for (const Case& c : cases) {
+        utString got = utExpandReferences(c.in.c_str(), static_cast<int>(c.in.size()));
+        EXPECT_EQ(got.length(), static_cast<int>(c.expected.size()));
+        EXPECT_TRUE(got.str() == c.expected) << c.in.substr(0, 20);
+    }
+}
+
+TEST(utFileProbe, KindsOfRealEntries)
+{
+    std::string dir = qt::scratchDir("utFileProbe");
+    std::string file = dir + "/file.txt";
+    qt::writeFile(file, "x");
+    qt::setEnv("QPROBEDIR", dir.c_str());
+    struct Case {
+        std::string path;
+        int probe;
+        bool regular, directory;
+    } cases[] = {
+        {file, utProbeRegular, true, false},         {"$QPROBEDIR/file.txt", utProbeRegular, true, false},
+        {dir, utProbeOtherKind, false, true},        {dir + "/", utProbeOtherKind, false, true},
+        {dir + "//", utProbeOtherKind, false, true}, {dir + "/missing", utProbeFailed, false, false},
+        {"", utProbeFailed, false, false},
+    };
+    for (const Case& c : cases) {
+        utString path(c.path.c_str());
+        EXPECT_EQ(utProbe(path), c.probe) << c.path;
+        EXPECT_EQ(utIsRegularFile(path), c.regular) << c.path;
+        EXPECT_EQ(utIsDirectory(path), c.directory) << c.path;
+    }
+    EXPECT_FALSE(utIsDirectory(utString()));
+    EXPECT_FALSE(utIsRegularFile(utString()));
+}
+
+TEST(utFileProbe, RemoveFile)
+{
+    std::string dir = qt::scratchDir("utRemoveFile");
+    std::string file = dir + "/gone.txt";
+    qt::writeFile(file, "bytes");
+    EXPECT_EQ(utRemoveFile(utString((dir + "/missing").c_str())), utRemoveNotRegular);
+    EXPECT_EQ(utRemoveFile(utString(dir.c_str())), utRemoveIsDirectory);
+    EXPECT_TRUE(qt::fileExists(dir));
+    EXPECT_EQ(utRemoveFile(utString(file.c_str())), utRemoved);
+    EXPECT_FALSE(qt::fileExists(file));
+    EXPECT_EQ(utRemoveFile(utString(file.c_str())), utRemoveNotRegular);
+    EXPECT_EQ(utRemoveFile(utString()), utRemoveNotRegular);
+    qt::writeFile(dir + "/keep", "");
+    ASSERT_EQ(utRemoveFile(utString((dir + "/keep").c_str())), utRemoved);
+    EXPECT_EQ(utRemoveFile(utString(dir.c_str()), true), utRemoved) << "an empty directory goes when asked for";
+    EXPECT_FALSE(qt::fileExists(dir));
+}
+
+#ifdef _WIN32
+TEST(utFileProbeWindows, WideNamesWithNonAsciiCharacters)
+{
+    std::string dir = qt::scratchDir("utFileProbeWide");
+    std::string name = dir + "\\Gr\xC3\xBC\xC3\x9F"
+                             "e-\xE6\x97\xA5\xE6\x9C\xAC.txt";
+    std::FILE* f = utOpenFile(name.c_str(), "wb");
+    ASSERT_NE(f, nullptr) << name;
+    std::fputs("wide", f);
+    std::fclose(f);
+    utString path(name.c_str());
+    EXPECT_EQ(utProbe(path), utProbeRegular);
+    EXPECT_TRUE(utIsRegularFile(path));
+    EXPECT_TRUE(utIsDirectory(utString((dir + "\\").c_str())));
+    std::string subdir = dir + "\\\xC3\xBC-dir";
+    EXPECT_EQ(utProbe(utString(subdir.c_str())), utProbeFailed);
+    EXPECT_EQ(utRemoveFile(path), utRemoved);
+    EXPECT_EQ(utProbe(path), utProbeFailed);
+    EXPECT_EQ(utRemoveFile(path), utRemoveNotRegular);
+}
+#endif
+
+} // namespace

@@ -1,0 +1,165 @@
+// UTF-8 <-> UTF-16 by the house rules, copy out, the ANSI code page, and files opened by UTF-8 name.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "foundation/utTextConversion.h"
+#include "platform/platform.h"
+#include "testSupport.h"
+
+namespace
+{
+
+std::string hex(const std::u16string& s)
+{
+    std::string out;
+    char buf[8];
+    for (char16_t c : s) {
+        std::snprintf(buf, sizeof buf, "%04X ", static_cast<unsigned>(c));
+        out += buf;
+    }
+    return out;
+}
+
+std::string hex(const std::string& s)
+{
+    std::string out;
+    char buf[8];
+    for (char c : s) {
+        std::snprintf(buf, sizeof buf, "%02X ", static_cast<unsigned char>(c));
+        out += buf;
+    }
+    return out;
+}
+
+TEST(utUtf8ToUtf16, DecodesByTheHouseRules)
+{
+    struct Case {
+        std::string name, in;
+        std::u16string expected;
+    } cases[] = {
+        {"ascii", "Az~", u"Az~"},
+        {"lone 0x80 stands for itself", "\x80", u"\u0080"},
+        {"two bytes", "\xC3\xBC", u"\u00FC"},
+        {"three bytes", "\xE6\x97\xA5", u"\u65E5"},
+        {"four bytes become a pair", "\xF0\x9F\x98\x80", u"\U0001F600"},
+        {"highest value", "\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
+        {"above 0x10FFFF", "\xF4\x90\x80\x80", u"?"},
+        {"overlong two", "\xC0\xAF", u"?"},
+        {"overlong three", "\xE0\x80\xAF", u"?"},
+        {"overlong four", "\xF0\x80\x80\xAF", u"?"},
+        {"surrogate", "\xED\xA0\x80", u"?"},
+        {"truncated at the end", "a\xE6\x97", u"a?"},
+        {"non-continuation keeps the next byte",
+         "\xC3"
+         "A",
+         u"?A"},
+        {"bad lead swallows its continuations", "\x81\x82\x83z", u"?z"},
+        {"F8 lead", "\xF8\x88\x80\x80\x80!", u"?!"},
+        {"FF alone", "\xFF", u"?"},
+        {"empty", "", u""},
+    };
+    for (const Case& c : cases) {
+        utUtf8ToUtf16 got(c.in.c_str(), static_cast<int>(c.in.size()));
+        EXPECT_EQ(hex(got.str()), hex(c.expected)) << c.name;
+        EXPECT_EQ(got.length(), static_cast<int>(c.expected.size())) << c.name;
+    }
+    EXPECT_EQ(utUtf8ToUtf16(static_cast<const char*>(nullptr)).length(), 0);
+    EXPECT_EQ(hex(utUtf8ToUtf16(utString("up to NUL")).str()), hex(u"up to NUL"));
+}
+
+TEST(utUtf16ToUtf8, EncodesAndReplacesUnpairedSurrogates)
+{
+    struct Case {
+        std::string name;
+        std::u16string in;
+        std::string expected;
+    } cases[] = {
+        {"ascii", u"Az", "Az"},
+        {"0x80", u"\u0080", "\xC2\x80"},
+        {"two bytes", u"\u07FF", "\xDF\xBF"},
+        {"three bytes", u"\u0800\uFFFF", "\xE0\xA0\x80\xEF\xBF\xBF"},
+        {"pair", u"\U0001F600", "\xF0\x9F\x98\x80"},
+        {"high alone at the end", std::u16string(1, char16_t(0xD83D)), "?"},
+        {"high then letter", std::u16string{char16_t(0xD83D), u'x'}, "?x"},
+        {"stray lows collapse", std::u16string{char16_t(0xDC00), char16_t(0xDC01), char16_t(0xDC02), u'y'}, "?y"},
+        {"two highs", std::u16string{char16_t(0xD800), char16_t(0xD800), char16_t(0xDC00)}, "?\xF0\x90\x80\x80"},
+    };
+    for (const Case& c : cases) {
+        utUtf16ToUtf8 got(c.in);
+        EXPECT_EQ(hex(got.str()), hex(c.expected)) << c.name;
+    }
+    EXPECT_EQ(utUtf16ToUtf8(static_cast<const char16_t*>(nullptr)).length(), 0);
+    EXPECT_EQ(utUtf16ToUtf8(u"Gr\u00FC\u00DFe").toString(), utString("Gr\xC3\xBC\xC3\x9F"
+                                                                     "e"));
+}
+
+TEST(utTextConversion, CopyOutAddsTheNulOnlyWhenThereIsRoom)
+{
+    utUtf16ToUtf8 text(u"abc");
+    struct Case {
+        int size, written;
+        std::string expected;
+    } cases[] = {
+        {10, 4, std::string("abc\0", 4)}, {4, 4, std::string("abc\0", 4)}, {3, 3, "abc"}, {1, 1, "a"}, {0, 0, ""}};
+    for (const Case& c : cases) {
+        char out[10];
+        std::fill(out, out + 10, '#');
+        EXPECT_EQ(text.copyOut(out, c.size), c.written) << c.size;
+        EXPECT_EQ(std::string(out, static_cast<size_t>(c.written)), c.expected) << c.size;
+        EXPECT_EQ(out[c.written], '#') << "nothing written past the count";
+    }
+    char16_t wide[3] = {u'#', u'#', u'#'};
+    EXPECT_EQ(utUtf8ToUtf16("xy").copyOut(wide, 3), 3);
+    EXPECT_EQ(std::u16string(wide, 3), std::u16string(u"xy\0", 3));
+    EXPECT_EQ(utWideCopy(u"wide").copyOut(wide, 2), 2);
+    EXPECT_EQ(std::u16string(wide, 2), u"wi");
+}
+
+TEST(utTextConversion, AnsiCodePageOfPlainText)
+{
+    utUtf16ToAnsi ascii(u"plain ASCII 123");
+    ASSERT_TRUE(ascii.ok());
+    EXPECT_STREQ(ascii.c_str(), "plain ASCII 123");
+    utUtf16ToAnsi none(nullptr);
+    EXPECT_EQ(none.length(), 0);
+}
+
+TEST(utOpenFile, OpensByUtf8Name)
+{
+    std::string dir = qt::scratchDir("utOpenFile");
+    std::string name = dir + "/Gr\xC3\xBC\xC3\x9F"
+                             "e-\xE6\x97\xA5\xE6\x9C\xAC.txt";
+    std::FILE* f = utOpenFile(name.c_str(), "wb");
+    ASSERT_NE(f, nullptr) << name;
+    std::fputs("written", f);
+    std::fclose(f);
+    f = utOpenFile(name.c_str(), "rb");
+    ASSERT_NE(f, nullptr);
+    char buf[16] = {};
+    EXPECT_EQ(std::fread(buf, 1, sizeof buf - 1, f), 7u);
+    std::fclose(f);
+    EXPECT_STREQ(buf, "written");
+    EXPECT_EQ(utOpenFile((dir + "/missing").c_str(), "rb"), nullptr);
+    EXPECT_EQ(utOpenFile(nullptr, "rb"), nullptr);
+}
+
+#ifdef _WIN32
+// Windows only: the ANSI code page is the system's (the manifest asks for UTF-8; tests run without it).
+TEST(utTextConversionWindows, AnsiCodePageOfNonAscii)
+{
+    utUtf16ToAnsi text(u"Gr\u00FC\u00DFe");
+    ASSERT_TRUE(text.ok());
+    std::string expected = platform::ansiCodePage() == 65001 ? "Gr\xC3\xBC\xC3\x9F"
+                                                               "e"
+                                                             : "Gr\xFC\xDF"
+                                                               "e";
+    if (platform::ansiCodePage() == 1252 || platform::ansiCodePage() == 65001)
+        EXPECT_EQ(hex(text.c_str()), hex(expected)) << "code page " << platform::ansiCodePage();
+    else
+        EXPECT_EQ(text.length(), 5) << "code page " << platform::ansiCodePage();
+}
+#endif
+
+} // namespace
