@@ -6,6 +6,7 @@
 #include <string>
 
 #include "document/qwzEditText.h"
+#include "foundation/utTextConversion.h"
 
 namespace
 {
@@ -91,6 +92,22 @@ TEST(EditText, FusedConversionEqualsLineEndsThenDecoding)
         ASSERT_TRUE(separate.assign(withCr.data(), withCr.size()));
         EXPECT_EQ(qwzEditText::crCount(withCr.data(), withCr.size()), 0u);
         ASSERT_EQ(convert(text), std::u16string(separate.text(), separate.size())) << "round " << round;
+    }
+}
+
+TEST(EditText, DecodingAgreesWithTheFoundationsConversion)
+{
+    // Random bytes, weighted towards lead and continuation bytes, converted by both after the CRs are in.
+    std::mt19937 rng(5001);
+    for (int round = 0; round < 3000; ++round) {
+        std::string text(rng() % 40, ' ');
+        for (char& c : text) {
+            unsigned r = rng() % 4;
+            c = static_cast<char>(r == 0 ? 0x80 + rng() % 0x40 : (r == 1 ? 0xC0 + rng() % 0x40 : rng() % 0x100));
+        }
+        std::string withCr = crlf(text);
+        utUtf8ToUtf16 reference(withCr.data(), static_cast<int>(withCr.size()));
+        ASSERT_EQ(convert(text), reference.str()) << "round " << round;
     }
 }
 
