@@ -12,7 +12,12 @@ namespace
 
 std::string show(const utString& s)
 {
-    return s.isNull() ? std::string("<null>") : "\"" + s.str() + "\"";
+    if (s.isNull())
+        return "<null>";
+    std::string quoted(1, '"');
+    quoted.append(s.c_str(), static_cast<size_t>(s.length()));
+    quoted.push_back('"');
+    return quoted;
 }
 
 TEST(utStringSharing, BorrowingKeepsTheCallersBufferAndCopyOfOwnsItsOwn)

@@ -1,0 +1,47 @@
+// Fuzzes the product description reader over arbitrary file bytes written to a private temp file.
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+
+#include "foundation/utProductDescription.h"
+
+namespace
+{
+// The run's own input file, removed when the fuzzer exits.
+struct TempFile {
+    std::string path = "/tmp/fuzz_product_" + std::to_string(getpid());
+    ~TempFile()
+    {
+        std::remove(path.c_str());
+    }
+};
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    static const TempFile temp;
+    const std::string& path = temp.path;
+    std::FILE* f = std::fopen(path.c_str(), "wb");
+    if (!f)
+        return 0;
+    std::fwrite(data, 1, size, f);
+    std::fclose(f);
+
+    utProductDescription product;
+    int code = product.load(path.c_str(), utString("R1"));
+    if (code < utProductLoaded || code > utProductBadFormat)
+        std::abort();
+    if (code == utProductLoaded) {
+        utString name = product.value(utProductDescription::nameKey);
+        if (name.isNull() || product.shortText().isNull() || product.longText().isNull())
+            std::abort();
+        if (product.shortText().find(name) != 0 || product.longText().find(utString("R1")) < 0)
+            std::abort();
+    } else if (!product.shortText().isNull() || !product.longText().isNull()) {
+        std::abort();
+    }
+    return 0;
+}

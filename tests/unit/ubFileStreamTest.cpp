@@ -1,0 +1,254 @@
+// File streams on real files: the open-mode table, no-replace and at-end, the character-level
+// virtuals (sign of uflow, put-back into the cell), seeking and telling, and flushing.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "foundation/ubFileBuffer.h"
+#include "foundation/ubIFStream.h"
+#include "foundation/ubOFStream.h"
+#include "testSupport.h"
+
+namespace
+{
+
+// Local names for the flags (a using-directive would meet POSIX truncate()).
+constexpr unsigned in = ubMode::in, out = ubMode::out, atEnd = ubMode::atEnd, append = ubMode::append,
+                   truncate = ubMode::truncate, binary = ubMode::binary, noCreate = ubMode::noCreate,
+                   noReplace = ubMode::noReplace;
+
+// Opens the virtuals that the standard streams call, so that their own results can be checked.
+struct OpenBuffer : ubFileBuffer {
+    using ubFileBuffer::overflow;
+    using ubFileBuffer::pbackfail;
+    using ubFileBuffer::uflow;
+    using ubFileBuffer::underflow;
+};
+
+TEST(ubFileBuffer, OpenModeTableOnRealFiles)
+{
+    struct Case {
+        const char* name;
+        unsigned mode;
+        bool exists, opens;
+        const char* after; // file contents after writing "new" (when the mode writes)
+    } cases[] = {
+        {"in", in, true, true, "old-old"},
+        {"in, missing", in, false, false, nullptr},
+        {"out", out, true, true, "new"},
+        {"out, missing", out, false, true, "new"},
+        {"out truncate", out | truncate, true, true, "new"},
+        {"out append", out | append, true, true, "old-oldnew"},
+        {"append implies out", append, true, true, "old-oldnew"},
+        {"in append is a+", in | append, true, true, "old-oldnew"},
+        {"in binary", in | binary, true, true, "old-old"},
+        {"out binary", out | binary, true, true, "new"},
+        {"out truncate binary", out | truncate | binary, true, true, "new"},
+        {"out append binary", out | append | binary, true, true, "old-oldnew"},
+        {"in out is r+", in | out, true, true, "new-old"},
+        {"in out, missing", in | out, false, false, nullptr},
+        {"in out truncate", in | out | truncate, true, true, "new"},
+        {"in out append", in | out | append, true, true, "old-oldnew"},
+        {"in out binary", in | out | binary, true, true, "new-old"},
+        {"in out truncate binary", in | out | truncate | binary, true, true, "new"},
+        {"in out append binary", in | out | append | binary, true, true, "old-oldnew"},
+        {"truncate alone", truncate, true, false, "old-old"},
+        {"in truncate", in | truncate, true, false, "old-old"},
+        {"binary alone", binary, true, false, "old-old"},
+        {"nothing", 0, true, false, "old-old"},
+        {"out no-replace, existing", out | noReplace, true, false, "old-old"},
+        {"out no-replace, missing", out | noReplace, false, true, "new"},
+        {"in no-replace opens for reading", in | noReplace, true, true, "old-old"},
+        {"no-create implies in", noCreate, false, false, nullptr},
+        {"no-create out, missing", noCreate | out, false, false, nullptr},
+        {"no-create out, existing is r+", noCreate | out, true, true, "new-old"},
+        {"in out at-end writes at the end", in | out | atEnd, true, true, "old-oldnew"},
+        {"out at-end truncates first", out | atEnd, true, true, "new"},
+    };
+    std::string dir = qt::scratchDir("ubFileBufferModes");
+    int n = 0;
+    for (const Case& c : cases) {
+        std::string path = dir + "/f" + std::to_string(n++);
+        if (c.exists)
+            qt::writeFile(path, "old-old");
+        ubFileBuffer b;
+        EXPECT_EQ(b.open(path.c_str(), c.mode), c.opens) << c.name;
+        EXPECT_EQ(b.isOpen(), c.opens) << c.name;
+        if (c.opens && (c.mode & (out | append))) {
+            EXPECT_EQ(b.sputn("new", 3), 3) << c.name;
+        }
+        EXPECT_EQ(b.close(), c.opens) << c.name;
+        EXPECT_FALSE(b.isOpen()) << c.name;
+        if (c.after)
+            EXPECT_EQ(qt::readFile(path), c.after) << c.name;
+        else
+            EXPECT_FALSE(qt::fileExists(path)) << c.name << ": a failed open must not create the file";
+    }
+}
+
+TEST(ubFileBuffer, OpenRefusesANullNameAndASecondOpen)
+{
+    std::string path = qt::scratchDir("ubFileBufferTwice") + "/a";
+    qt::writeFile(path, "x");
+    ubFileBuffer b;
+    EXPECT_FALSE(b.open(nullptr, in));
+    ASSERT_TRUE(b.open(path.c_str(), in));
+    EXPECT_FALSE(b.open(path.c_str(), in));
+    EXPECT_TRUE(b.isOpen());
+    EXPECT_TRUE(b.close());
+    EXPECT_FALSE(b.close()) << "closing a closed buffer";
+}
+
+TEST(ubFileBuffer, ByteFFReadsAs255FromTheFileAndAsEndOfFileFromTheCell)
+{
+    std::string path = qt::scratchDir("ubFileBufferFF") + "/ff";
+    qt::writeFile(path, std::string("\xFF"
+                                    "A\x80",
+                                    3));
+    OpenBuffer b;
+    ASSERT_TRUE(b.open(path.c_str(), in | binary));
+    EXPECT_EQ(b.uflow(), 255);
+    EXPECT_EQ(b.sputbackc('\xFF'), 255) << "put back into the cell";
+    EXPECT_EQ(b.uflow(), std::char_traits<char>::eof()) << "the get area's 0xFF comes back sign-extended";
+    EXPECT_EQ(b.underflow(), 'A') << "peek";
+    EXPECT_EQ(b.underflow(), 'A') << "peek again from the cell";
+    EXPECT_EQ(b.uflow(), 'A');
+    EXPECT_EQ(b.uflow(), 0x80) << "from the file: unsigned";
+    EXPECT_EQ(b.uflow(), std::char_traits<char>::eof());
+    EXPECT_EQ(b.underflow(), std::char_traits<char>::eof());
+}
+
+TEST(ubFileBuffer, PutBackStepsBackOverTheSameCharacterOnly)
+{
+    std::string path = qt::scratchDir("ubFileBufferPutBack") + "/p";
+    qt::writeFile(path, "xy");
+    OpenBuffer b;
+    EXPECT_EQ(b.pbackfail('q'), std::char_traits<char>::eof()) << "no file: nothing to put back into";
+    ASSERT_TRUE(b.open(path.c_str(), in));
+    EXPECT_EQ(b.pbackfail(std::char_traits<char>::eof()), std::char_traits<char>::eof());
+    EXPECT_EQ(b.underflow(), 'x'); // the cell now holds x, unread
+    EXPECT_EQ(b.sbumpc(), 'x');
+    EXPECT_EQ(b.pbackfail('x'), 'x') << "the character before the next one: a step back";
+    EXPECT_EQ(b.sbumpc(), 'x');
+    EXPECT_EQ(b.pbackfail(std::char_traits<char>::eof()), 0) << "end-of-file steps back and answers 0";
+    EXPECT_EQ(b.sbumpc(), 'x');
+    EXPECT_EQ(b.pbackfail('z'), 'z') << "a different character replaces the cell";
+    EXPECT_EQ(b.sbumpc(), 'z');
+    EXPECT_EQ(b.sbumpc(), 'y');
+}
+
+TEST(ubFileBuffer, OverflowWritesBytesAndEndOfFileIsNotAFailure)
+{
+    std::string path = qt::scratchDir("ubFileBufferOverflow") + "/o";
+    OpenBuffer b;
+    EXPECT_EQ(b.overflow('a'), std::char_traits<char>::eof()) << "no file";
+    EXPECT_EQ(b.overflow(std::char_traits<char>::eof()), 1);
+    ASSERT_TRUE(b.open(path.c_str(), out | binary));
+    EXPECT_EQ(b.overflow('a'), 'a');
+    EXPECT_EQ(b.overflow(0xFF), 0xFF);
+    EXPECT_EQ(b.pubsync(), 0);
+    EXPECT_EQ(qt::readFile(path), "a\xFF") << "sync flushed the C library's buffer";
+    ubFileBuffer closed;
+    EXPECT_EQ(closed.pubsync(), 0);
+}
+
+TEST(ubIFStream, TellSeekAndPeek)
+{
+    std::string path = qt::scratchDir("ubIFStreamTell") + "/t";
+    qt::writeFile(path, "abcdef");
+    ubIFStream s(path.c_str(), binary);
+    ASSERT_FALSE(s.fail());
+    EXPECT_EQ(s.tellg(), 0);
+    char three[3];
+    s.read(three, 3);
+    EXPECT_EQ(std::string(three, 3), "abc");
+    EXPECT_EQ(s.tellg(), 3);
+    EXPECT_EQ(s.peek(), 'd');
+    EXPECT_EQ(s.tellg(), 3) << "a peeked character is still unread";
+    EXPECT_EQ(s.get(), 'd');
+    s.seekg(1);
+    EXPECT_EQ(s.get(), 'b');
+    s.seekg(-2, std::ios_base::end);
+    EXPECT_EQ(s.get(), 'e');
+    s.seekg(-1, std::ios_base::cur);
+    EXPECT_EQ(s.get(), 'e');
+    EXPECT_EQ(s.get(), 'f');
+    EXPECT_EQ(s.get(), std::char_traits<char>::eof());
+    EXPECT_TRUE(s.eof());
+}
+
+TEST(ubIFStream, PositionSeekLeavesAPeekedCharacterInPlace)
+{
+    std::string path = qt::scratchDir("ubIFStreamSeekpos") + "/t";
+    qt::writeFile(path, "abcdef");
+    ubIFStream s(path.c_str());
+    EXPECT_EQ(s.peek(), 'a');
+    s.seekg(std::streampos(4));
+    EXPECT_EQ(s.get(), 'a') << "the position seek keeps the get area (the offset seek clears it)";
+    EXPECT_EQ(s.get(), 'e');
+    EXPECT_EQ(s.peek(), 'f');
+    s.seekg(0, std::ios_base::beg);
+    EXPECT_EQ(s.get(), 'a');
+}
+
+TEST(ubStreams, FailBitAndLinesThroughTheStandardOperators)
+{
+    std::string dir = qt::scratchDir("ubStreams");
+    std::string path = dir + "/lines.txt";
+    {
+        ubOFStream out(path.c_str(), truncate | binary);
+        ASSERT_TRUE(out.good());
+        out << "first " << 42 << "\n" << std::string(3000, 'x') << "\n";
+        out.flush();
+        EXPECT_EQ(qt::readFile(path).size(), 3010u) << "flush reaches the file before closing";
+    }
+    ubIFStream in(path.c_str());
+    std::string word, line;
+    int number = 0;
+    in >> word >> number;
+    EXPECT_EQ(word, "first");
+    EXPECT_EQ(number, 42);
+    std::getline(in, line);
+    std::getline(in, line);
+    EXPECT_EQ(line.size(), 3000u);
+    EXPECT_FALSE(std::getline(in, line));
+
+    ubIFStream missing((dir + "/missing").c_str());
+    EXPECT_TRUE(missing.fail());
+    EXPECT_FALSE(missing.isOpen());
+    ubOFStream refused(path.c_str(), noReplace);
+    EXPECT_TRUE(refused.fail());
+    EXPECT_EQ(qt::readFile(path).size(), 3010u) << "no-replace left the file alone";
+    ubOFStream later;
+    later.open((dir + "/later").c_str(), std::ios_base::app);
+    EXPECT_TRUE(later.good());
+    later << "x";
+    later.close();
+    EXPECT_TRUE(later.good());
+    later.close();
+    EXPECT_TRUE(later.fail()) << "closing twice";
+    EXPECT_EQ(qt::readFile(dir + "/later"), "x");
+}
+
+#ifdef _WIN32
+TEST(ubStreamsWindows, WideFileNameWithNonAsciiCharacters)
+{
+    std::string dir = qt::scratchDir("ubStreamsWide");
+    std::string path = dir + "\\Gr\xC3\xBC\xC3\x9F"
+                             "e-\xE6\x97\xA5\xE6\x9C\xAC.txt";
+    {
+        ubOFStream out(path.c_str(), binary);
+        ASSERT_TRUE(out.good()) << path;
+        out << "wide name";
+    }
+    ubIFStream in(path.c_str(), binary);
+    ASSERT_TRUE(in.good());
+    std::string text;
+    std::getline(in, text);
+    EXPECT_EQ(text, "wide name");
+    ubOFStream again(path.c_str(), noReplace);
+    EXPECT_TRUE(again.fail()) << "the existence test sees the wide name too";
+}
+#endif
+
+} // namespace
