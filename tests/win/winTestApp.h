@@ -1,0 +1,68 @@
+// Test doubles for the window framework: an application that answers message boxes and file dialogs from
+// scripts (a box left open would hang the run), a document whose bytes are its own, and wide-path file
+// helpers that do not use the code under test.
+#pragma once
+
+#include "win/winApp.h"
+#include "win/winDocTemplate.h"
+#include "win/winDocument.h"
+#include "win/winEditView.h"
+#include "win/winFrame.h"
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace wt
+{
+
+// Menu, accelerator table and dialog of tests/win/winTest.rc.
+constexpr unsigned frameResource = 30100;
+constexpr unsigned intDialog = 30001;
+constexpr int intField = 1001;
+
+class TestApp : public winApp
+{
+public:
+    struct Box {
+        std::wstring text;
+        UINT type;
+    };
+    std::vector<Box> boxes;
+    std::deque<int> answers;              // next message-box answers; IDCANCEL/IDOK when empty
+    std::deque<std::wstring> fileAnswers; // next file-dialog answers; empty text means Cancel
+    std::vector<bool> fileDialogsOpened;  // true for Open, false for Save As
+
+    // An application with its own registry key and the test document template.
+    explicit TestApp(const std::wstring& name = L"winTests");
+
+    int messageBox(const std::wstring& text, UINT type, HWND owner = nullptr) override;
+    bool promptFileName(bool open, std::wstring& path) override;
+};
+
+// A document whose file content is `bytes`, exactly.
+class TestDocument : public winDocument
+{
+public:
+    std::string bytes;
+    int newCalls = 0;
+    bool onNewDocument() override;
+    void serialize(std::string& out) override;
+    bool deserialize(const std::string& in) override;
+};
+
+// A scratch directory as a wide path.
+std::wstring scratch(const std::string& name);
+// Whole-file read and write by wide name (_wfopen), independent of winSafeSave.
+std::string readWide(const std::wstring& path);
+void writeWide(const std::wstring& path, const std::string& bytes);
+bool existsWide(const std::wstring& path);
+// The names of the files in `dir`.
+std::vector<std::wstring> listDir(const std::wstring& dir);
+// Removes HKCU\Software\QuillonTests\<app> so that a test starts without settings.
+void clearSettings(const std::wstring& appName);
+
+// UTF-8 for failure messages.
+std::string narrow(const std::wstring& text);
+
+} // namespace wt

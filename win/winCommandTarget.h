@@ -1,0 +1,31 @@
+// The command-routing interface shared by frame, view, document and application: a command id goes to
+// each target in turn (frame -> active view -> document -> application) until one reports it handled.
+#pragma once
+
+// What a menu item (later also a toolbar button) shows for a command.
+struct winCommandState {
+    bool enabled = true;
+    bool checked = false;
+};
+
+class winCommandTarget
+{
+public:
+    virtual ~winCommandTarget() = default;
+
+    // Carries out command `id`; true when this target handled it, false to pass it on.
+    virtual bool onCommand(unsigned id)
+    {
+        (void)id;
+        return false;
+    }
+
+    // Sets `state` for command `id` and returns true when this target owns the command; false passes it
+    // on. A command that no target claims keeps the state its menu resource gave it.
+    virtual bool onUpdateCommand(unsigned id, winCommandState& state)
+    {
+        (void)id;
+        (void)state;
+        return false;
+    }
+};

@@ -1,0 +1,204 @@
+// Document flows: new, open, save, save as, and the save prompt. Every save goes through winSafeSave.
+#include "win/winDocument.h"
+
+#include "win/winApp.h"
+#include "win/winEditView.h"
+#include "win/winFrame.h"
+#include "win/winText.h"
+
+#include "resourceIds.h"
+
+#include <memory>
+
+namespace
+{
+
+enum : unsigned { cmdSave = 57603, cmdSaveAs = 57604 };
+
+std::wstring fullPath(const std::wstring& path)
+{
+    DWORD need = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    if (need == 0)
+        return path;
+    std::wstring out(need, L'\0');
+    DWORD got = GetFullPathNameW(path.c_str(), need, out.data(), nullptr);
+    if (got == 0 || got >= need)
+        return path;
+    out.resize(got);
+    return out;
+}
+
+std::wstring fileNameOf(const std::wstring& path)
+{
+    size_t cut = path.find_last_of(L"\\/:");
+    return cut == std::wstring::npos ? path : path.substr(cut + 1);
+}
+
+// Reads a whole file; false with the system's error set on failure.
+bool readWholeFile(const std::wstring& path, std::string& bytes)
+{
+    HANDLE h = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                           FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (h == INVALID_HANDLE_VALUE)
+        return false;
+    std::unique_ptr<void, decltype(&CloseHandle)> file(h, &CloseHandle);
+    LARGE_INTEGER size = {};
+    if (!GetFileSizeEx(h, &size) || size.QuadPart < 0 || size.QuadPart > 0x7FFFFFFF)
+        return false;
+    bytes.assign(size_t(size.QuadPart), '\0');
+    size_t done = 0;
+    while (done < bytes.size()) {
+        DWORD got = 0;
+        if (!ReadFile(h, bytes.data() + done, DWORD(bytes.size() - done), &got, nullptr))
+            return false;
+        if (got == 0)
+            break;
+        done += got;
+    }
+    bytes.resize(done);
+    return true;
+}
+
+} // namespace
+
+void winDocument::setTitle(const std::wstring& title)
+{
+    title_ = title;
+    if (frame_)
+        frame_->updateTitle();
+}
+
+void winDocument::setPathName(const std::wstring& path, bool addToRecentFiles)
+{
+    pathName_ = fullPath(path);
+    setTitle(fileNameOf(pathName_));
+    if (addToRecentFiles)
+        if (winApp* app = winApp::instance())
+            app->addToRecentFileList(pathName_);
+}
+
+bool winDocument::onNewDocument()
+{
+    pathName_.clear();
+    modified_ = false;
+    if (view_)
+        view_->setText(L"");
+    setTitle(winText::load(WIN_IDS_UNTITLED));
+    return true;
+}
+
+bool winDocument::onOpenDocument(const std::wstring& path)
+{
+    std::string bytes;
+    if (!readWholeFile(path, bytes) || !deserialize(bytes)) {
+        if (winApp* app = winApp::instance())
+            app->messageBox(winText::formatId(WIN_IDS_OPEN_FAILED, {path}), MB_OK | MB_ICONERROR);
+        return false;
+    }
+    modified_ = false;
+    return true;
+}
+
+bool winDocument::onSaveDocument(const std::wstring& path)
+{
+    std::string bytes;
+    serialize(bytes);
+    if (!writeFileReporting(path, bytes))
+        return false;
+    modified_ = false;
+    return true;
+}
+
+void winDocument::serialize(std::string& bytes)
+{
+    bytes = view_ ? winText::toUtf8(view_->text()) : std::string();
+}
+
+bool winDocument::deserialize(const std::string& bytes)
+{
+    return view_ && view_->setText(winText::fromUtf8(bytes));
+}
+
+std::wstring winDocument::saveErrorText(const std::wstring& path, const winSaveResult& result)
+{
+    switch (result.error) {
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return winText::formatId(WIN_IDS_SAVE_DISK_FULL, {path});
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_WRITE_PROTECT:
+    case ERROR_UNABLE_TO_REMOVE_REPLACED:
+    case ERROR_USER_MAPPED_FILE:
+        return winText::formatId(WIN_IDS_SAVE_ACCESS, {path});
+    default:
+        return winText::load(WIN_IDS_SAVE_FAILED);
+    }
+}
+
+bool winDocument::writeFileReporting(const std::wstring& path, const std::string& bytes)
+{
+    winSaveResult result = winSafeSave::write(path, bytes);
+    if (result.ok)
+        return true;
+    if (winApp* app = winApp::instance())
+        app->messageBox(saveErrorText(path, result), MB_OK | MB_ICONERROR);
+    return false;
+}
+
+bool winDocument::saveModified()
+{
+    if (!modified_)
+        return true;
+    winApp* app = winApp::instance();
+    if (!app)
+        return true;
+    std::wstring name = pathName_.empty() ? title_ : pathName_;
+    switch (app->messageBox(winText::formatId(WIN_IDS_SAVE_CHANGES, {name}), MB_YESNOCANCEL | MB_ICONEXCLAMATION)) {
+    case IDYES:
+        return doFileSave();
+    case IDNO:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool winDocument::doFileSave()
+{
+    DWORD attributes = pathName_.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(pathName_.c_str());
+    if (pathName_.empty() || (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)))
+        return doSave(std::wstring());
+    return doSave(pathName_);
+}
+
+bool winDocument::doSave(const std::wstring& path, bool replacePath)
+{
+    std::wstring target = path;
+    if (target.empty()) {
+        winApp* app = winApp::instance();
+        target = pathName_.empty() ? title_ : pathName_;
+        if (!app || !app->promptFileName(false, target))
+            return false;
+    }
+    if (!onSaveDocument(target))
+        return false;
+    if (replacePath)
+        setPathName(target);
+    return true;
+}
+
+bool winDocument::onCommand(unsigned id)
+{
+    switch (id) {
+    case cmdSave:
+        doFileSave();
+        return true;
+    case cmdSaveAs:
+        doSave(std::wstring());
+        return true;
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,97 @@
+// A document: title, path and modified flag, and the New/Open/Save/Save As flows with their prompts.
+// Saving always goes through winSafeSave, so a failed save leaves the file on disk as it was.
+#pragma once
+
+#include "win/winCommandTarget.h"
+#include "win/winSafeSave.h"
+
+#include <string>
+
+class winEditView;
+class winFrame;
+
+class winDocument : public winCommandTarget
+{
+public:
+    winDocument() = default;
+    winDocument(const winDocument&) = delete;
+    winDocument& operator=(const winDocument&) = delete;
+    ~winDocument() override = default;
+
+    // The title shown in the frame's caption ("Untitled" for a new document).
+    const std::wstring& title() const
+    {
+        return title_;
+    }
+    // Sets the title and refreshes the frame's caption.
+    virtual void setTitle(const std::wstring& title);
+
+    // The full path of the file; empty for a document never saved.
+    const std::wstring& pathName() const
+    {
+        return pathName_;
+    }
+    // Sets the path and the title to it (the path exactly as given); adds it to the recent files when asked.
+    virtual void setPathName(const std::wstring& path, bool addToRecentFiles = true);
+
+    bool isModified() const
+    {
+        return modified_;
+    }
+    void setModified(bool modified = true)
+    {
+        modified_ = modified;
+    }
+
+    // The view and frame of the document (set by the template).
+    winEditView* view() const
+    {
+        return view_;
+    }
+    winFrame* frame() const
+    {
+        return frame_;
+    }
+    void attach(winEditView* view, winFrame* frame)
+    {
+        view_ = view;
+        frame_ = frame;
+    }
+
+    // Makes the document empty and untitled; false keeps the old document. The default empties the view.
+    virtual bool onNewDocument();
+    // Loads `path`; false means the open failed (the template then starts an empty document).
+    // The default reads the file's bytes and passes them to deserialize().
+    virtual bool onOpenDocument(const std::wstring& path);
+    // Saves to `path` through serialize() and winSafeSave; on failure tells the user and returns false.
+    virtual bool onSaveDocument(const std::wstring& path);
+
+    // The bytes to save; the default is the view's text as UTF-8.
+    virtual void serialize(std::string& bytes);
+    // Takes the bytes of an opened file; the default shows them as UTF-8 in the view.
+    virtual bool deserialize(const std::string& bytes);
+
+    // Asks "Save changes to <title>?" when modified. Yes saves (false if that fails), No goes on,
+    // Cancel returns false: the caller must not close or replace the document.
+    virtual bool saveModified();
+
+    // Save (to the path, or Save As when there is none); false when not saved.
+    bool doFileSave();
+    // Save As when `path` is empty (asking for a name), else save to `path`; false when not saved.
+    bool doSave(const std::wstring& path, bool replacePath = true);
+
+    // Save 57603 and Save As 57604.
+    bool onCommand(unsigned id) override;
+
+    // Writes `bytes` safely and, on failure, shows the matching error box for `path`.
+    static bool writeFileReporting(const std::wstring& path, const std::string& bytes);
+    // The message shown for a failed save of `path`.
+    static std::wstring saveErrorText(const std::wstring& path, const winSaveResult& result);
+
+private:
+    std::wstring title_;
+    std::wstring pathName_;
+    bool modified_ = false;
+    winEditView* view_ = nullptr;
+    winFrame* frame_ = nullptr;
+};

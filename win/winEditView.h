@@ -1,0 +1,99 @@
+// The edit view: a multi-line EDIT control that fills the frame's client area and is the only store of
+// the document's text. Word wrap comes from the style (no horizontal scroll); the text limit is raised at
+// creation so that a big file is never cut. Nothing here walks the text per line.
+#pragma once
+
+#include "win/winCommandTarget.h"
+
+#include <windows.h>
+
+#include <commdlg.h>
+
+#include <string>
+
+class winDocument;
+
+class winEditView : public winCommandTarget
+{
+public:
+    // The control id of the view inside its frame.
+    static constexpr unsigned paneId = 0xE900;
+
+    winEditView() = default;
+    winEditView(const winEditView&) = delete;
+    winEditView& operator=(const winEditView&) = delete;
+    // Closes the Find dialog and destroys the control if they still exist.
+    ~winEditView() override;
+
+    // Creates the control as child `paneId` of `parent`, then calls OnCreate; false when either fails.
+    bool create(HWND parent);
+
+    // The EDIT control; null before create.
+    HWND hwnd() const
+    {
+        return hwnd_;
+    }
+
+    // The document shown; set by the template before create.
+    winDocument* document() const
+    {
+        return document_;
+    }
+    void setDocument(winDocument* document)
+    {
+        document_ = document;
+    }
+
+    // The whole text in one buffer (CR-LF line ends, as the control holds it).
+    std::wstring text() const;
+    // Replaces the whole text (WM_SETTEXT: no EN_CHANGE, so the modified flag is untouched).
+    bool setText(const std::wstring& text);
+    // The text length in UTF-16 units.
+    size_t textLength() const;
+
+    // Selects [start, end) and scrolls the caret into view.
+    void setSelection(size_t start, size_t end);
+    // The current selection [start, end).
+    void selection(size_t& start, size_t& end) const;
+
+    // Edit, Find and Select All commands (Undo 57643, Cut 57635, Copy 57634, Paste 57637, Clear 57632,
+    // Select All 57642, Find 57636).
+    bool onCommand(unsigned id) override;
+    bool onUpdateCommand(unsigned id, winCommandState& state) override;
+
+    // A notification code from the control (EN_CHANGE marks the document modified).
+    virtual void OnControlNotify(unsigned code);
+
+    // Opens the Find dialog (or activates it when open); false when it could not be created.
+    bool openFindDialog();
+    // The Find dialog's window; null when closed.
+    HWND findDialog() const
+    {
+        return findDialog_;
+    }
+    // The registered FINDMSGSTRING message.
+    static UINT findMessage();
+    // Handles FINDMSGSTRING (the frame owns the dialog and forwards the message here).
+    void OnFindMessage(const FINDREPLACEW& request);
+
+    // Searches for `what` from the selection (down: after it, up: before it), selects and shows the first
+    // match. False when there is none; the selection then stays.
+    bool findText(const std::wstring& what, bool matchCase, bool wholeWord, bool down);
+
+protected:
+    // The control's style; the default is the word-wrapping style with a vertical scroll bar.
+    virtual DWORD windowStyle() const;
+
+    // Called after the control exists (set a font here); false makes creation fail.
+    virtual bool OnCreate();
+
+    // Called when Find Next finds nothing; the default shows "Cannot find "<text>"".
+    virtual void OnTextNotFound(const std::wstring& what);
+
+private:
+    HWND hwnd_ = nullptr;
+    winDocument* document_ = nullptr;
+    HWND findDialog_ = nullptr;
+    FINDREPLACEW findRequest_ = {};
+    wchar_t findBuffer_[256] = {};
+};
