@@ -1,0 +1,386 @@
+#!/usr/bin/env python3
+"""Proves that the translations' tool chain catches the faults it exists for.
+
+Each case breaks a copy of a real file (a shipped .po, res/strings.txt, res/quillon.rc) in one way and
+runs the real tool on it: msgfmt --check-format for printf conversions, tools/check_po.py for the
+template's and the translations' consistency. The shipped files are checked first, so that a failure
+below is the fault's and not the baseline's. Also checks the catalogs that the build installed and the
+icon that tools/make_icon.py draws.
+
+Environment: QUILLON_SOURCE_DIR, QUILLON_MSGFMT, QUILLON_LOCALE_DIR (dist/Quillon/lib/locale),
+QUILLON_LANGUAGES ("de=German,fr=French,...").
+"""
+import gettext
+import os
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import zlib
+from pathlib import Path
+
+SRC = Path(os.environ.get("QUILLON_SOURCE_DIR", Path(__file__).resolve().parents[2]))
+MSGFMT = os.environ.get("QUILLON_MSGFMT", "msgfmt")
+LOCALE_DIR = os.environ.get("QUILLON_LOCALE_DIR")
+LANGUAGES = dict(p.split("=") for p in os.environ.get(
+    "QUILLON_LANGUAGES", "de=German,fr=French,es=Spanish,it=Italian,ja=Japanese").split(","))
+TOOLS = SRC / "tools"
+sys.path.insert(0, str(TOOLS))
+
+from check_po import parse_po, parse_po_text  # noqa: E402
+from make_pot import make_pot  # noqa: E402
+
+POT = SRC / "locale" / "quillon.pot"
+RC = SRC / "res" / "quillon.rc"
+
+
+def run(*args):
+    return subprocess.run([str(a) for a in args], capture_output=True, text=True)
+
+
+def entries_of(path):
+    entries, problems = parse_po(path)
+    assert not problems, problems
+    return entries
+
+
+def check_po(po_files, template=POT, committed=None, rc=RC):
+    args = [sys.executable, TOOLS / "check_po.py", "--template", template, "--rc", rc]
+    if committed:
+        args += ["--committed", committed]
+    return run(*args, *po_files)
+
+
+def msgfmt(po, out):
+    return run(MSGFMT, "--check-format", "--check-header", "--check-domain", "-o", out, po)
+
+
+def edit_entry(text, msgid, fn):
+    """Applies fn to the text block of the entry whose msgid is `msgid`; fails the test if none is."""
+    blocks = text.split("\n\n")
+    for i, block in enumerate(blocks):
+        entries, _ = parse_po_text(block, "block")
+        if entries and entries[0].msgid == msgid:
+            blocks[i] = fn(block)
+            return "\n\n".join(blocks)
+    raise AssertionError(f"no entry {msgid!r} to edit")
+
+
+def set_msgstr(msgstr):
+    def fn(block):
+        head = block[:block.index("\nmsgstr")]
+        return head + "\nmsgstr \"" + msgstr.replace("\\", "\\\\").replace('"', '\\"').replace(
+            "\n", "\\n").replace("\t", "\\t").replace("\r", "\\r") + '"'
+    return fn
+
+
+def drop_lines(pattern):
+    return lambda block: "\n".join(line for line in block.split("\n") if not re.match(pattern, line))
+
+
+FILE_NOT_FOUND = "Error: The file %s does not exist or could not be opened"
+OLDER = ('You have version %s\n\nThis is OLDER than the latest downloadable version (%s)\n\nThe latest version '
+         'can be downloaded from <a href="%s">here</a>\n\nQuillon can be found in the "General Tarvik" section\n')
+LINE_RANGE = "Line Number (%d-%d):"
+
+
+class ShippedFiles(unittest.TestCase):
+    def test_template_is_what_the_sources_give(self):
+        self.assertEqual(make_pot(SRC / "res" / "strings.txt", RC), POT.read_text(encoding="utf-8"),
+                         "locale/quillon.pot is stale: run tools/make_pot.py")
+
+    def test_every_translation_passes_both_checks(self):
+        pos = sorted((SRC / "locale").glob("*.po"))
+        self.assertEqual(sorted(p.stem for p in pos), sorted(LANGUAGES))
+        result = check_po(pos, committed=POT)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        with tempfile.TemporaryDirectory() as tmp:
+            for po in pos:
+                r = msgfmt(po, Path(tmp) / "x.mo")
+                self.assertEqual(r.returncode, 0, f"{po.name}: {r.stderr}")
+
+    def test_template_marks_printf_texts_and_names_their_ids(self):
+        entries = {e.msgid: e for e in entries_of(POT)}
+        cases = [  # msgid, c-format expected
+            (FILE_NOT_FOUND, True), (LINE_RANGE, True), (OLDER, True), ("Build Date: %s", True),
+            ("Untitled", False), ("&New\tCtrl+N", False), ("Line Number (1-10):", False), ("Go To Line", False)]
+        for msgid, c_format in cases:
+            with self.subTest(msgid=msgid):
+                self.assertIn(msgid, entries)
+                self.assertEqual("c-format" in entries[msgid].flags, c_format)
+        text = POT.read_text(encoding="utf-8")
+        self.assertIn("#. string 252 IDS_GOTO_LINE_RANGE\n#, c-format\nmsgid \"Line Number (%d-%d):\"", text)
+        self.assertIn("#. menu 128 IDR_MAINFRAME: item 57600 ID_FILE_NEW\nmsgid \"&New\\tCtrl+N\"", text)
+        self.assertIn("#. dialog 249 IDD_GOTO_LINE: caption\nmsgid \"Go To Line\"", text)
+
+
+class PrintfConversions(unittest.TestCase):
+    """msgfmt --check-format refuses a translation whose conversions differ in number, order or type."""
+
+    CASES = [  # name, msgid, broken German translation
+        ("dropped %s", FILE_NOT_FOUND, "Fehler: Die Datei existiert nicht"),
+        ("extra %s", FILE_NOT_FOUND, "Fehler: Die Datei %s (%s) existiert nicht"),
+        ("%s became %d", FILE_NOT_FOUND, "Fehler: Die Datei %d existiert nicht"),
+        ("dropped %d", LINE_RANGE, "Zeilennummer (bis %d):"),
+        ("%d became %s", LINE_RANGE, "Zeilennummer (%d-%s):"),
+        ("third %s dropped", OLDER, "Sie haben Version %s\n\nÄLTER als (%s)\n\n<a href=\"\">hier</a>\n\nGeneral\n"),
+    ]
+
+    def test_broken_conversions_fail_the_compile(self):
+        original = (SRC / "locale" / "de.po").read_text(encoding="utf-8")
+        with tempfile.TemporaryDirectory() as tmp:
+            for name, msgid, broken in self.CASES:
+                with self.subTest(name):
+                    po = Path(tmp) / "de.po"
+                    po.write_text(edit_entry(original, msgid, set_msgstr(broken)), encoding="utf-8")
+                    r = msgfmt(po, Path(tmp) / "de.mo")
+                    self.assertNotEqual(r.returncode, 0, f"msgfmt accepted {broken!r}")
+                    self.assertRegex(r.stderr, "format specification|number of format specifications|"
+                                               "format specifications in 'msgid' and 'msgstr'")
+
+    def test_a_reordered_translation_with_positions_is_accepted(self):
+        # "%2$s ... %1$s" keeps every argument's type: the tool chain must not reject it
+        original = (SRC / "locale" / "de.po").read_text(encoding="utf-8")
+        with tempfile.TemporaryDirectory() as tmp:
+            po = Path(tmp) / "de.po"
+            po.write_text(edit_entry(original, LINE_RANGE, set_msgstr("Zeilennummer (bis %2$d ab %1$d):")),
+                          encoding="utf-8")
+            r = msgfmt(po, Path(tmp) / "de.mo")
+            self.assertEqual(r.returncode, 0, r.stderr)
+
+
+class Consistency(unittest.TestCase):
+    """tools/check_po.py refuses translations that fell out of step with the template."""
+
+    CASES = [  # name, language, edit, expected message
+        ("missing entry", "fr", lambda t: edit_entry(t, "Untitled", lambda b: "#. gone"),
+         'missing entry "Untitled"'),
+        ("obsolete entry", "es", lambda t: t + '\nmsgid "Close the document"\nmsgstr "Cierra el documento"\n',
+         'obsolete entry "Close the document"'),
+        ("obsolete #~ entry", "it", lambda t: t + '\n#~ msgid "Old text"\n#~ msgstr "Testo vecchio"\n',
+         'obsolete entry "Old text"'),
+        ("fuzzy", "de", lambda t: edit_entry(t, "Untitled", lambda b: b.replace("msgid", "#, fuzzy\nmsgid", 1)),
+         "marked fuzzy"),
+        ("untranslated", "ja", lambda t: edit_entry(t, "Ready", set_msgstr("")), "not translated"),
+        ("c-format flag dropped", "de", lambda t: edit_entry(t, FILE_NOT_FOUND, drop_lines(r"#, c-format")),
+         "c-format flag is missing"),
+        ("trailing newline lost", "fr", lambda t: edit_entry(t, "  Display this help\n",
+                                                             set_msgstr("  Affiche cette aide")),
+         "ends in 0 line breaks"),
+        ("leading blanks lost", "es", lambda t: edit_entry(t, "  Run Quillon\n\n", set_msgstr("Ejecuta Quillon\n\n")),
+         "leading blanks differ"),
+        ("tooltip separator lost", "it", lambda t: edit_entry(t, "Create a new document\nNew",
+                                                              set_msgstr("Crea un nuovo documento")),
+         "has 0 line breaks"),
+        ("access key repeated in a menu", "de", lambda t: edit_entry(t, "&Save\tCtrl+S",
+                                                                     set_msgstr("&Neu speichern\tCtrl+S")),
+         'access key "n" is already used'),
+        ("access key lost", "fr", lambda t: edit_entry(t, "&View", set_msgstr("Affichage")), 'no "&" access key'),
+        ("two access keys", "ja", lambda t: edit_entry(t, "&Edit", set_msgstr("&編集(&E)")), "more than one"),
+        ("shortcut translated", "de", lambda t: edit_entry(t, "&New\tCtrl+N", set_msgstr("&Neu\tStrg+N")),
+         'shortcut must stay "\\tCtrl+N"'),
+        ("charset not UTF-8", "it", lambda t: t.replace("charset=UTF-8", "charset=ISO-8859-1", 1),
+         "charset=UTF-8"),
+    ]
+
+    def test_each_fault_is_reported(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            for name, lang, edit, expected in self.CASES:
+                with self.subTest(name):
+                    original = (SRC / "locale" / f"{lang}.po").read_text(encoding="utf-8")
+                    po = Path(tmp) / f"{lang}.po"
+                    po.write_text(edit(original), encoding="utf-8")
+                    r = check_po([po])
+                    self.assertEqual(r.returncode, 1, f"{name}: accepted\n{r.stderr}")
+                    self.assertIn(expected, r.stderr)
+
+
+class StaleTemplate(unittest.TestCase):
+    """A text changed in the sources without regenerating locale/quillon.pot fails with the way out."""
+
+    CASES = [  # name, file, old, new
+        ("string added", "strings.txt", '290 IDS_CHECKING_VERSION "Checking for newer versions..."',
+         '290 IDS_CHECKING_VERSION "Checking for newer versions..."\n291 IDS_NEW_TEXT "A new text"'),
+        ("string reworded", "strings.txt", '"Untitled"', '"Unnamed"'),
+        ("menu text changed", "quillon.rc", '"E&xit"', '"&Quit"'),
+        ("dialog caption changed", "quillon.rc", 'CAPTION "Go To Line"', 'CAPTION "Go to Line"'),
+    ]
+
+    def test_changed_sources_fail_the_comparison(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            res = Path(tmp) / "res"
+            shutil.copytree(SRC / "res", res)
+            for name, file, old, new in self.CASES:
+                with self.subTest(name):
+                    shutil.copy(SRC / "res" / file, res / file)
+                    text = (res / file).read_text(encoding="utf-8")
+                    self.assertIn(old, text)
+                    (res / file).write_text(text.replace(old, new, 1), encoding="utf-8")
+                    pot = Path(tmp) / "quillon.pot"
+                    r = run(sys.executable, TOOLS / "make_pot.py", res / "strings.txt", res / "quillon.rc", "-o", pot)
+                    self.assertEqual(r.returncode, 0, r.stderr)
+                    r = check_po([], template=pot, committed=POT, rc=res / "quillon.rc")
+                    self.assertEqual(r.returncode, 1, f"{name}: the stale template was accepted")
+                    self.assertIn("tools/make_pot.py res/strings.txt res/quillon.rc -o locale/quillon.pot", r.stderr)
+                    shutil.copy(SRC / "res" / file, res / file)
+
+    def test_the_documented_way_out_leaves_only_the_new_text_to_translate(self):
+        msgmerge = shutil.which("msgmerge", path=str(Path(MSGFMT).parent)) or shutil.which("msgmerge")
+        if not msgmerge:
+            self.skipTest("msgmerge not installed")
+        with tempfile.TemporaryDirectory() as tmp:
+            tmp = Path(tmp)
+            shutil.copytree(SRC / "res", tmp / "res")
+            strings = tmp / "res" / "strings.txt"
+            strings.write_text(strings.read_text(encoding="utf-8").replace('"Untitled"', '"Nameless"'),
+                               encoding="utf-8")
+            pot, po = tmp / "quillon.pot", tmp / "de.po"
+            r = run(sys.executable, TOOLS / "make_pot.py", strings, tmp / "res" / "quillon.rc", "-o", pot)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            shutil.copy(SRC / "locale" / "de.po", po)
+            r = run(msgmerge, "--quiet", "--update", "--no-fuzzy-matching", "--backup=none", po, pot)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            r = run(Path(msgmerge).with_name("msgattrib"), "--no-obsolete", "-o", po, po)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            r = check_po([po], template=pot, committed=pot, rc=tmp / "res" / "quillon.rc")
+            problems = [line for line in r.stderr.splitlines() if "problem(s)" not in line]
+            self.assertEqual(len(problems), 1, r.stderr)
+            self.assertIn('"Nameless": not translated', problems[0])
+
+
+class ResourceScriptTexts(unittest.TestCase):
+    """make_pot reads the texts a user sees from any well-formed resource script."""
+
+    RC_TEXT = '''\
+// a comment with "quotes" that is no text
+#include "resource.h"
+7 MENU
+BEGIN
+    POPUP "&Tools"
+    BEGIN
+        MENUITEM "Fish && &Chips\\tF9",   100
+        MENUITEM SEPARATOR
+        POPUP "&More"
+        BEGIN
+            MENUITEM "Say ""hi""",   101, GRAYED
+        END
+    END
+END
+9 DIALOGEX 0, 0, 100, 50
+CAPTION "Settings"
+FONT 8, "MS Shell Dlg", 0, 0, 0x1
+BEGIN
+    LTEXT "A long label that goes",
+          12, 1, 1, 50, 8
+    CONTROL "&Enabled", 13, "Button", BS_AUTOCHECKBOX, 1, 10, 50, 8
+    CONTROL 128, -1, "Static", SS_ICON, 1, 20, 20, 20
+    EDITTEXT 14, 1, 30, 50, 12
+    LTEXT "", 15, 1, 40, 50, 8
+END
+1 VERSIONINFO
+BEGIN
+    VALUE "CompanyName", "Nobody"
+END
+'''
+
+    def test_texts_and_their_places(self):
+        from make_pot import rc_texts
+        with tempfile.TemporaryDirectory() as tmp:
+            rc = Path(tmp) / "t.rc"
+            rc.write_text(self.RC_TEXT, encoding="utf-8")
+            got = [(t.text, t.where) for t in rc_texts(rc)]
+        self.assertEqual(got, [
+            ("&Tools", "menu 7: popup"),
+            ("Fish && &Chips\tF9", "menu 7: item 100"),
+            ("&More", "menu 7: popup"),
+            ('Say "hi"', "menu 7: item 101"),
+            ("Settings", "dialog 9: caption"),
+            ("A long label that goes", "dialog 9: control 12"),
+            ("&Enabled", "dialog 9: control 13"),
+        ])
+
+
+class InstalledCatalogs(unittest.TestCase):
+    """The catalogs that the build put in the installation tree translate every template entry."""
+
+    def test_each_language_directory_holds_the_whole_translation(self):
+        if not LOCALE_DIR:
+            self.skipTest("QUILLON_LOCALE_DIR not set")
+        template = [e.msgid for e in entries_of(POT) if e.msgid]
+        for code, language in LANGUAGES.items():
+            with self.subTest(language):
+                mo = Path(LOCALE_DIR) / language / "LC_MESSAGES" / "quillon.mo"
+                self.assertTrue(mo.is_file(), f"{mo} missing")
+                with open(mo, "rb") as f:
+                    catalog = gettext.GNUTranslations(f)
+                expected = {e.msgid: e.msgstr for e in entries_of(SRC / "locale" / f"{code}.po") if e.msgid}
+                for msgid in template:
+                    self.assertEqual(catalog.gettext(msgid), expected[msgid], f"{language}: {msgid!r}")
+                self.assertEqual(catalog.info().get("language"), code)
+
+
+class Icon(unittest.TestCase):
+    """tools/make_icon.py writes an .ico that Windows can use at every size it asks for."""
+
+    def test_sizes_formats_and_transparency(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            ico = Path(tmp) / "q.ico"
+            r = run(sys.executable, TOOLS / "make_icon.py", ico)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            data = ico.read_bytes()
+        reserved, kind, count = struct.unpack_from("<HHH", data)
+        self.assertEqual((reserved, kind, count), (0, 1, 4))
+        sizes = []
+        for i in range(count):
+            w, h, colours, _, planes, bpp, length, offset = struct.unpack_from("<BBBBHHII", data, 6 + 16 * i)
+            size = w or 256
+            sizes.append(size)
+            self.assertEqual((w, h, colours, planes, bpp), (w, h, 0, 1, 32))
+            self.assertLessEqual(offset + length, len(data))
+            blob = data[offset:offset + length]
+            alpha = self.png_alpha(blob, size) if size == 256 else self.dib_alpha(blob, size)
+            with self.subTest(size=size):
+                self.assertEqual(alpha[0], 0, "the corner must be transparent")
+                self.assertEqual(max(alpha), 255, "the drawing must have opaque pixels")
+                opaque = sum(1 for a in alpha if a == 255) / len(alpha)
+                self.assertTrue(0.25 < opaque < 0.85, f"{opaque:.2f} of the pixels are opaque")
+                self.assertTrue(any(0 < a < 255 for a in alpha), "edges must be anti-aliased")
+        self.assertEqual(sizes, [16, 32, 48, 256])
+
+    def dib_alpha(self, blob, size):
+        hdr, w, h, planes, bpp, compression = struct.unpack_from("<IiiHHI", blob)
+        self.assertEqual((hdr, w, h, planes, bpp, compression), (40, size, 2 * size, 1, 32, 0))
+        stride = ((size + 31) // 32) * 4
+        self.assertEqual(len(blob), 40 + size * size * 4 + stride * size)
+        rows = [blob[40 + r * size * 4:40 + (r + 1) * size * 4] for r in range(size)]
+        alpha = [a for row in reversed(rows) for a in row[3::4]]  # bottom-up in the file
+        mask = blob[40 + size * size * 4:]
+        for y in range(size):
+            for x in range(size):
+                bit = mask[(size - 1 - y) * stride + x // 8] >> (7 - x % 8) & 1
+                self.assertEqual(bit, 1 if alpha[y * size + x] == 0 else 0, f"AND mask at {x},{y}")
+        return alpha
+
+    def png_alpha(self, blob, size):
+        self.assertEqual(blob[:8], b"\x89PNG\r\n\x1a\n")
+        pos, idat = 8, b""
+        while pos < len(blob):
+            length, kind = struct.unpack_from(">I4s", blob, pos)
+            body = blob[pos + 8:pos + 8 + length]
+            self.assertEqual(struct.unpack_from(">I", blob, pos + 8 + length)[0], zlib.crc32(kind + body))
+            if kind == b"IHDR":
+                self.assertEqual(struct.unpack(">IIBBBBB", body), (size, size, 8, 6, 0, 0, 0))
+            elif kind == b"IDAT":
+                idat += body
+            pos += 12 + length
+        raw = zlib.decompress(idat)
+        row = 1 + size * 4
+        self.assertTrue(all(raw[r * row] == 0 for r in range(size)), "rows are written unfiltered")
+        return [raw[r * row + 1 + c * 4 + 3] for r in range(size) for c in range(size)]
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
