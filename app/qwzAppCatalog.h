@@ -1,0 +1,48 @@
+// The application's message catalogs: start-up picks the language whose catalog directory exists (or
+// switches translation off), and every user-visible text is translated through the domain "quillon".
+// Invariant: the domain is created at the first translation and destroyed with the record.
+#pragma once
+
+#include "foundation/utString.h"
+
+class nlsDomain;
+
+class qwzAppCatalog
+{
+public:
+    qwzAppCatalog() = default;
+    ~qwzAppCatalog();
+    qwzAppCatalog(const qwzAppCatalog&) = delete;
+    qwzAppCatalog& operator=(const qwzAppCatalog&) = delete;
+
+    // The directory below which <language>/LC_MESSAGES/quillon.mo lie; set once at start-up.
+    static const utString& baseDirectory();
+    static void setBaseDirectory(const utString& directory);
+
+    // Chooses the language and loads the catalog.
+    void start();
+    // The program domain's message for an English text, or the text itself.
+    utString translate(const char* text);
+
+    const utString& requestedLanguage() const
+    {
+        return requested_;
+    }
+    const utString& usedLanguage() const
+    {
+        return used_;
+    }
+
+private:
+    nlsDomain* domain_ = nullptr;
+    utString requested_;
+    utString used_;
+};
+
+// The process-wide record, destroyed at exit.
+qwzAppCatalog& qwzTheAppCatalog();
+
+// The translation of an English text through the process-wide record.
+utString translate(const char* english);
+// Translates, then formats printf-style into a buffer of 4192 bytes that doubles until the text fits.
+utString translateFormat(const char* english, ...);

@@ -1,0 +1,178 @@
+// Catalog databases against real msgfmt output: both byte orders and both search paths translate alike,
+// the shared list counts references, and crafted bad catalogs are refused without leaving the image.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "foundation/utAssert.h"
+#include "nls/nlsDataBase.h"
+#include "testSupport.h"
+
+namespace
+{
+
+const char* const variants[] = {"little", "big", "little-nohash", "big-nohash"};
+
+std::string catalogPath(const std::string& variant)
+{
+    return qt::dataPath("nls/" + variant + "/German/LC_MESSAGES/quillon.mo");
+}
+
+std::string unquote(const std::string& line)
+{
+    std::string out;
+    size_t start = line.find('"') + 1, end = line.rfind('"');
+    for (size_t i = start; i < end; ++i) {
+        if (line[i] == '\\' && i + 1 < end) {
+            char c = line[++i];
+            out += c == 'n' ? '\n' : c == 't' ? '\t' : c;
+        } else {
+            out += line[i];
+        }
+    }
+    return out;
+}
+
+// The (msgid, msgstr) pairs of the test catalog's source, read from the .po file itself.
+std::vector<std::pair<std::string, std::string>> sourcePairs()
+{
+    std::vector<std::pair<std::string, std::string>> pairs;
+    std::ifstream po(qt::dataPath("nls/German.po"));
+    std::string line, id;
+    while (std::getline(po, line)) {
+        if (line.rfind("msgid ", 0) == 0)
+            id = unquote(line);
+        else if (line.rfind("msgstr ", 0) == 0 && !id.empty())
+            pairs.emplace_back(id, unquote(line));
+    }
+    return pairs;
+}
+
+TEST(nlsDataBase, EveryVariantTranslatesEveryMessageOfTheSource)
+{
+    auto pairs = sourcePairs();
+    ASSERT_GE(pairs.size(), 20u);
+    for (const char* variant : variants) {
+        nlsDataBase db(catalogPath(variant).c_str());
+        ASSERT_EQ(db.code(), 0u) << variant;
+        EXPECT_EQ(db.hashed(), std::strstr(variant, "nohash") == nullptr) << variant;
+        EXPECT_EQ(db.messageCount(), pairs.size() + 1) << variant << ": the header entry counts too";
+        for (const auto& [id, str] : pairs)
+            EXPECT_STREQ(db.translate(id.c_str()), str.c_str()) << variant << ": \"" << id << "\"";
+    }
+}
+
+TEST(nlsDataBase, AMissReturnsTheKeyItself)
+{
+    const char* misses[] = {"Opn", "Open ", "open", "Zoom!", "zzz", "\x7f", "A very long key that is nowhere"};
+    for (const char* variant : variants) {
+        nlsDataBase db(catalogPath(variant).c_str());
+        for (const char* key : misses)
+            EXPECT_EQ(db.translate(key), key) << variant << ": \"" << key << "\"";
+        // the empty key is the header entry: found, and its translation is the header text
+        EXPECT_NE(std::strstr(db.translate(""), "Project-Id-Version: quillon-tests"), nullptr) << variant;
+        EXPECT_EQ(db.translate(nullptr), nullptr);
+    }
+}
+
+TEST(nlsDataBase, FilesThatCannotBeReadGiveTheirCodes)
+{
+    std::string dir = qt::scratchDir("nls-db-codes");
+    std::string good = qt::readFile(catalogPath("little"));
+    std::string revision = good;
+    revision[4] = 1;
+    std::string magic = good;
+    magic[0] = 0x12;
+    qt::writeFile(dir + "/revision.mo", revision);
+    qt::writeFile(dir + "/magic.mo", magic);
+    const struct {
+        std::string path;
+        uint32_t code;
+    } cases[] = {
+        {qt::hostPath(dir + "/missing.mo"), 17},
+        {qt::hostPath(dir + "/revision.mo"), 65},
+        {qt::hostPath(dir + "/magic.mo"), 33},
+    };
+    for (const auto& c : cases) {
+        nlsDataBase db(c.path.c_str());
+        EXPECT_EQ(db.code(), c.code) << c.path;
+        EXPECT_TRUE(db.failed());
+        EXPECT_STREQ(db.translate("Open"), "Open");
+    }
+}
+
+TEST(nlsDataBase, TheListSharesByPathAndCountsReferences)
+{
+    std::string path = catalogPath("little");
+    ASSERT_EQ(nlsDataBase::find(path.c_str()), nullptr);
+    uint32_t code = 99;
+    nlsDataBase* db = nlsDataBase::open(path.c_str(), code);
+    ASSERT_NE(db, nullptr);
+    EXPECT_EQ(code, 0u);
+    EXPECT_EQ(db->references(), 1);
+    EXPECT_EQ(nlsDataBase::find(path.c_str()), db);
+    EXPECT_EQ(db->references(), 2);
+    nlsDataBase::release(db);
+    EXPECT_EQ(db->references(), 1);
+    EXPECT_EQ(nlsDataBase::first(), db);
+    nlsDataBase::release(db);
+    EXPECT_EQ(nlsDataBase::first(), nullptr);
+    EXPECT_EQ(nlsDataBase::open(catalogPath("none").c_str(), code), nullptr);
+    EXPECT_EQ(code, 17u);
+    EXPECT_EQ(nlsDataBase::first(), nullptr) << "a failed database never enters the list";
+}
+
+TEST(nlsDataBase, OnlyTheHeadIsFoundSoALaterPathLoadsTwice)
+{
+    std::string big = catalogPath("big"), little = catalogPath("little");
+    ASSERT_LT(big, little);
+    uint32_t code;
+    nlsDataBase* first = nlsDataBase::open(little.c_str(), code);
+    nlsDataBase* head = nlsDataBase::open(big.c_str(), code);
+    ASSERT_EQ(nlsDataBase::first(), head);
+    ASSERT_EQ(head->next(), first) << "the list is in ascending path order";
+    EXPECT_EQ(nlsDataBase::find(little.c_str()), nullptr) << "the walk stops at the smaller head";
+    nlsDataBase* second = nlsDataBase::open(little.c_str(), code);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(head->next(), second) << "a new entry goes right after the last one strictly before it";
+    EXPECT_EQ(second->next(), first);
+    EXPECT_EQ(nlsDataBase::find(big.c_str()), head);
+    EXPECT_EQ(head->references(), 2);
+    for (nlsDataBase* db : {head, head, first, second})
+        nlsDataBase::release(db);
+    EXPECT_EQ(nlsDataBase::first(), nullptr);
+}
+
+TEST(nlsDataBase, AFailedLoadIsReportedAndAnErrorEndsInAnAssertion)
+{
+    static std::vector<uint32_t> seen;
+    static std::string assertion;
+    seen.clear();
+    assertion.clear();
+    nlsDataBase::ReportHook saved = nlsDataBase::reportHook();
+    nlsDataBase::reportHook() = [](void*, const nlsError& e) {
+        seen.push_back(e.code());
+        return nlsDataBase::printReport(nullptr, e);
+    };
+    utAssertHooks savedAssert = utAssertionHooks();
+    utAssertionHooks().plain = [](const char* file, int line, const char* message) {
+        assertion = std::string(file) + ":" + std::to_string(line) + ": " + message;
+    };
+    testing::internal::CaptureStdout();
+    nlsDataBase::report(nullptr, nlsError(513));
+    nlsDataBase::report(nullptr, nlsError(5120));
+    nlsDataBase::report(nullptr, nlsError(0));
+    std::string out = testing::internal::GetCapturedStdout();
+    utAssertionHooks() = savedAssert;
+    nlsDataBase::reportHook() = saved;
+    EXPECT_EQ(seen, (std::vector<uint32_t>{513, 5120})) << "code 0 reports nothing";
+    EXPECT_EQ(out, "NLS Error: Catalog is corrupt\n"
+                   "NLS Warning: Catalog <Internal range error> failed to load for language <Internal range error>\n");
+    EXPECT_EQ(assertion, "nls/nlsDataBase:450: nlsDataBase failed - with error 513");
+}
+
+} // namespace

@@ -1,0 +1,286 @@
+// Language selection and catalog search through the domain manager, against msgfmt catalogs: the
+// environment, the user locale, fallback to the bare language, switching translation off, and the
+// warnings and errors that come out of it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <locale>
+#include <string>
+#include <vector>
+
+#include "nls/nlsDomainManager.h"
+#include "platform/platform.h"
+#include "testSupport.h"
+
+namespace
+{
+
+std::vector<std::string>& reports()
+{
+    static std::vector<std::string> seen;
+    return seen;
+}
+
+class nlsDomainManagerTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG", "NLSPATH", "QUILLON_USER_LOCALE"})
+            qt::setEnv(name, nullptr);
+        saved_ = nlsDataBase::reportHook();
+        nlsDataBase::reportHook() = [](void*, const nlsError& e) {
+            reports().push_back(e.text());
+            return 1;
+        };
+        reset();
+    }
+    void TearDown() override
+    {
+        reset();
+        nlsDataBase::reportHook() = saved_;
+        EXPECT_EQ(nlsDomainManager::domainCount(), 0) << "a test left a domain registered";
+        EXPECT_EQ(nlsDataBase::first(), nullptr) << "a test left a database loaded";
+    }
+    static void reset()
+    {
+        nlsDomainManager::setSkipEnvironment(0);
+        nlsDomainManager::setFallbackWarning(0);
+        nlsDomainManager::setLanguageForAllDomains("");
+        nlsDomainManager::clearSystemLanguage();
+        nlsDomainManager::setLastCategory(0);
+        reports().clear();
+    }
+    static std::string dir(const char* variant)
+    {
+        return qt::dataPath(std::string("nls/") + variant);
+    }
+    static std::string language(const nlsDomain* d)
+    {
+        nlsLanguage l = nlsDomainManager::domainLanguage(d);
+        return l.text() ? l.text() : "";
+    }
+
+    nlsDataBase::ReportHook saved_ = nullptr;
+};
+
+TEST_F(nlsDomainManagerTest, TheFirstNonEmptyVariableChoosesTheLanguage)
+{
+    const struct {
+        const char *lcAll, *lcMessages, *lang;
+        const char* chosen;
+        const char* open;
+    } cases[] = {
+        {"German", "French", "Spanish", "German", "Öffnen"},
+        {"", "German", "French", "German", "Öffnen"},
+        {nullptr, nullptr, "German", "German", "Öffnen"},
+        {nullptr, "Klingon", "German", "Klingon", "Open"},
+    };
+    for (const auto& c : cases) {
+        reset();
+        qt::setEnv("LC_ALL", c.lcAll);
+        qt::setEnv("LC_MESSAGES", c.lcMessages);
+        qt::setEnv("LANG", c.lang);
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.chosen);
+        nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+        EXPECT_EQ(language(d), c.chosen);
+        EXPECT_STREQ(nlsDomainManager::translate(d, "Open"), c.open) << "chosen " << c.chosen;
+        nlsDomainManager::destroyDomain(d);
+    }
+    EXPECT_EQ(reports(),
+              std::vector<std::string>{"NLS Warning: Catalog <quillon> failed to load for language <Klingon>"});
+}
+
+TEST_F(nlsDomainManagerTest, TheUserLocaleDecidesWhenTheEnvironmentIsSilent)
+{
+#ifdef _WIN32
+    // the real user locale: "<language>-<country>" unless the two abbreviations agree
+    platform::UserLocale user = platform::userDefaultLocale();
+    std::string base = user.englishLanguage.substr(0, user.englishLanguage.find(' '));
+    std::string full = user.abbrevLanguage == user.abbrevCountry ? base : base + "-" + user.abbrevCountry;
+    EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), full.c_str());
+    reset();
+    EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), base.c_str());
+#else
+    const struct {
+        const char* locale;
+        const char *full, *bare;
+    } cases[] = {
+        {"English (United Kingdom)|ENG|GBR", "English-GBR", "English"},
+        {"German (Germany)|DEU|DEU", "German", "German"},
+        {"Spanish (Spain, International Sort)|ESN|ESP", "Spanish-ESP", "Spanish"},
+    };
+    for (const auto& c : cases) {
+        qt::setEnv("QUILLON_USER_LOCALE", c.locale);
+        reset();
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.full) << c.locale;
+        reset();
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), c.bare) << c.locale;
+    }
+    qt::setEnv("QUILLON_USER_LOCALE", "German (Germany)|DEU|DEU");
+    reset();
+    nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Find"), "Suchen");
+    nlsDomainManager::destroyDomain(d);
+#endif
+    // skipping the environment leaves LC_ALL unread
+    qt::setEnv("LC_ALL", "Klingon");
+    reset();
+    nlsDomainManager::setSkipEnvironment(1);
+    EXPECT_STRNE(nlsDomainManager::systemLanguage(1).text(), "Klingon");
+}
+
+TEST_F(nlsDomainManagerTest, ACountryWithoutCatalogFallsBackToTheBareLanguage)
+{
+    qt::setEnv("LC_ALL", "English-GBR");
+    nlsDomain* d = nlsDomainManager::createDomain(dir("fallback").c_str(), "quillon");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Colour");
+    EXPECT_EQ(language(d), "English");
+    EXPECT_TRUE(reports().empty()) << "the fallback is silent by default";
+    nlsDomainManager::destroyDomain(d);
+
+    nlsDomainManager::setFallbackWarning(1);
+    d = nlsDomainManager::createDomain(dir("fallback").c_str(), "quillon");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Center"), "Centre");
+    EXPECT_EQ(reports(), std::vector<std::string>{"NLS Warning: Catalog <quillon> failed to load for language "
+                                                  "<English-GBR> so fallback language <English> was used"});
+    nlsDomainManager::destroyDomain(d);
+}
+
+TEST_F(nlsDomainManagerTest, NoTranslationSwitchesEveryDomainOff)
+{
+    qt::setEnv("LC_ALL", "German");
+    nlsDomain* before = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+    ASSERT_STREQ(nlsDomainManager::translate(before, "Open"), "Öffnen");
+    nlsDomainManager::setLanguageForAllDomains(nlsDomainManager::noTranslation());
+    EXPECT_STREQ(nlsDomainManager::translate(before, "Open"), "Open");
+    EXPECT_EQ(language(before), "C");
+    EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), "English-GBR");
+    reports().clear();
+
+    nlsDomain* after = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+    EXPECT_STREQ(nlsDomainManager::translate(after, "Open"), "Open");
+    EXPECT_EQ(language(after), "C");
+    EXPECT_EQ(reports(), (std::vector<std::string>{
+                             "NLS Warning: Catalog <quillon> failed to load for language <NO_TRANSLATION>",
+                             "NLS Warning: Catalog <quillon> failed to load for language <English>",
+                         }));
+    nlsDomainManager::destroyDomain(after);
+    nlsDomainManager::destroyDomain(before);
+}
+
+TEST_F(nlsDomainManagerTest, SettingTheLanguageForAllDomainsReloads)
+{
+    qt::setEnv("LC_ALL", "English");
+    std::string dirs = dir("little") + ";" + dir("fallback");
+    nlsDomain* d = nlsDomainManager::createDomain(dirs.c_str(), "quillon");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Colour");
+    nlsDomainManager::setLanguageForAllDomains("German");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Color");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Save As..."), "Speichern unter...");
+    EXPECT_STREQ(nlsDomainManager::requestedLanguage().text(), "German");
+    EXPECT_EQ(nlsDomainManager::setDomainLanguage(d, "German"), 1);
+    EXPECT_EQ(nlsDomainManager::setDomainLanguage(d, "Klingon"), 0) << "falls back to the system language";
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Colour");
+    EXPECT_TRUE(reports().size() == 1 && reports()[0].find("<Klingon>") != std::string::npos);
+    nlsDomainManager::destroyDomain(d);
+}
+
+TEST_F(nlsDomainManagerTest, DomainsOfOneCatalogShareItsDatabase)
+{
+    qt::setEnv("LC_ALL", "German");
+    nlsDomain* a = nlsDomainManager::createDomain(dir("big").c_str(), "quillon");
+    nlsDomain* b = nlsDomainManager::createDomain(dir("big").c_str(), "quillon");
+    ASSERT_NE(a->database(), nullptr);
+    EXPECT_EQ(a->database(), b->database());
+    EXPECT_EQ(a->database()->references(), 2);
+    EXPECT_STREQ(b->language().text(), nullptr) << "a sharing domain's language is cleared";
+    EXPECT_EQ(language(b), "German");
+    EXPECT_EQ(nlsDomainManager::domainCount(), 2);
+    nlsDomainManager::destroyDomain(a);
+    EXPECT_EQ(b->database()->references(), 1);
+    EXPECT_STREQ(nlsDomainManager::translate(b, "Zoom"), "Zoom");
+    EXPECT_STREQ(nlsDomainManager::translate(b, "Undo"), "Rückgängig");
+    nlsDomainManager::destroyDomain(b);
+}
+
+TEST_F(nlsDomainManagerTest, RegisteringTwiceAndDestroyingAStrangerAreErrors)
+{
+    qt::setEnv("LC_ALL", "German");
+    nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+    EXPECT_EQ(nlsDomainManager::registerDomain(d), 17408u);
+    EXPECT_EQ(nlsDomainManager::domainCount(), 1);
+    nlsDomainManager::destroyDomain(new nlsDomain("", "stranger"));
+    EXPECT_EQ(reports(), (std::vector<std::string>{
+                             "NLS Error: Domain (nls database) already exists for catalog <quillon> and language "
+                             "<German>",
+                             "NLS Error: Domain does not exist",
+                         }));
+    nlsDomainManager::destroyDomain(d);
+}
+
+TEST_F(nlsDomainManagerTest, NlsPathIsSearchedAfterTheDomainsDirectory)
+{
+    qt::setEnv("LC_ALL", "German");
+    nlsDomain* none = nlsDomainManager::createDomain("", "quillon");
+    EXPECT_FALSE(none->loaded()) << "no directory and no NLSPATH: no search at all";
+    EXPECT_TRUE(reports().empty());
+    nlsDomainManager::destroyDomain(none);
+
+    qt::setEnv("NLSPATH", (dir("nowhere") + ";" + dir("big-nohash")).c_str());
+    nlsDomain* d = nlsDomainManager::createDomain("", "quillon");
+    EXPECT_TRUE(d->loaded());
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Exit"), "Beenden");
+    EXPECT_FALSE(d->database()->hashed());
+    nlsDomainManager::destroyDomain(d);
+}
+
+TEST_F(nlsDomainManagerTest, ACorruptCatalogIsRefusedThroughTheReport)
+{
+    std::string root = qt::scratchDir("nls-corrupt-domain");
+    std::filesystem::create_directories(root + "/German/LC_MESSAGES");
+    std::string good = qt::readFile(qt::dataPath("nls/little/German/LC_MESSAGES/quillon.mo"));
+    qt::writeFile(root + "/German/LC_MESSAGES/quillon.mo", good.substr(0, good.size() / 2));
+    qt::setEnv("LC_ALL", "German");
+    nlsDomain* d = nlsDomainManager::createDomain(qt::hostPath(root).c_str(), "quillon");
+    EXPECT_EQ(d->database(), nullptr);
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Open"), "Open");
+    EXPECT_EQ(reports(), (std::vector<std::string>{
+                             "NLS Error: Catalog is corrupt",
+                             "NLS Warning: Catalog <quillon> failed to load for language <German>",
+                         }));
+    nlsDomainManager::destroyDomain(d);
+}
+
+TEST_F(nlsDomainManagerTest, TheDefaultReportPrintsWarningsOnStandardOutput)
+{
+    nlsDataBase::reportHook() = saved_;
+    qt::setEnv("LC_ALL", "Klingon");
+    testing::internal::CaptureStdout();
+    nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+    std::string out = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(out, "NLS Warning: Catalog <quillon> failed to load for language <Klingon>\n");
+    nlsDomainManager::destroyDomain(d);
+}
+
+TEST_F(nlsDomainManagerTest, SettingTheLocaleInstallsNumbersWithoutGrouping)
+{
+    qt::setEnv("LC_ALL", "German");
+    uint32_t code = nlsDomainManager::setLocale(0);
+#ifndef _WIN32
+    EXPECT_EQ(code, 0u) << "natively every name ends in a locale that exists";
+#endif
+    if (code == 0) {
+        EXPECT_TRUE(nlsDomainManager::localeSet());
+        const auto& punct = std::use_facet<std::numpunct<char>>(std::locale());
+        EXPECT_EQ(punct.thousands_sep(), '\0');
+        EXPECT_EQ(punct.grouping(), "");
+        EXPECT_EQ(punct.decimal_point(), nlsDomainManager::decimalPoint());
+    }
+    const char* names[] = {"LC_ALL", "LC_COLLATE", "LC_CTYPE", "LC_MONETARY", "LC_MESSAGES", "LC_TIME", "LC_XXX"};
+    for (int c = 0; c <= 6; ++c)
+        EXPECT_STREQ(nlsDomainManager::categoryName(c), names[c]);
+    EXPECT_STREQ(nlsDomainManager::categoryName(-1), "LC_XXX");
+}
+
+} // namespace

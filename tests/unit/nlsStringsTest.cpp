@@ -1,0 +1,202 @@
+// The catalog library's small records: shared strings, language names, error texts and number
+// punctuation without grouping.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <iomanip>
+#include <locale>
+#include <sstream>
+#include <string>
+
+#include "nls/nlsError.h"
+#include "nls/nlsLanguage.h"
+#include "nls/nlsNumPunct.h"
+#include "nls/uiSaveString.h"
+
+namespace
+{
+
+TEST(uiSaveString, CopiesShareOneBufferAndCounter)
+{
+    uiSaveString a("shared");
+    uiSaveString b(a);
+    uiSaveString c;
+    c = b;
+    EXPECT_EQ(a.text(), c.text());
+    EXPECT_EQ(a.shares(), 3);
+    c = c; // self-assignment changes nothing
+    EXPECT_EQ(a.shares(), 3);
+    {
+        uiSaveString d(a);
+        EXPECT_EQ(a.shares(), 4);
+    }
+    EXPECT_EQ(a.shares(), 3);
+    c = uiSaveString("other");
+    EXPECT_EQ(a.shares(), 2);
+    EXPECT_STREQ(c.text(), "other");
+}
+
+TEST(uiSaveString, AppendingGivesTheAppenderANewBufferAndLeavesOtherHolders)
+{
+    uiSaveString a("Quill");
+    uiSaveString b(a);
+    const char* old = a.text();
+    b.append("on");
+    EXPECT_STREQ(b.text(), "Quillon");
+    EXPECT_EQ(b.length(), 7u);
+    EXPECT_EQ(b.shares(), 1);
+    EXPECT_EQ(a.text(), old);
+    EXPECT_STREQ(a.text(), "Quill");
+    EXPECT_EQ(a.shares(), 1);
+}
+
+TEST(uiSaveString, AppendingNothingKeepsTheSharing)
+{
+    uiSaveString a("same");
+    uiSaveString b(a);
+    b.append("");
+    b.append(nullptr);
+    EXPECT_EQ(a.text(), b.text());
+    EXPECT_EQ(a.shares(), 2);
+    uiSaveString empty;
+    empty.append("grown");
+    EXPECT_STREQ(empty.text(), "grown");
+}
+
+TEST(uiSaveString, EmptyFormsAndComparison)
+{
+    struct Case {
+        uiSaveString s;
+        bool empty;
+        int shares;
+    };
+    const Case cases[] = {
+        {uiSaveString(), true, 0},           {uiSaveString(nullptr), true, 0}, {uiSaveString("abc", 0), true, 0},
+        {uiSaveString(nullptr, 3), true, 0}, {uiSaveString(""), true, 1},      {uiSaveString("abcdef", 3), false, 1},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.s.empty(), c.empty) << (c.s.text() ? c.s.text() : "<null>");
+        EXPECT_EQ(c.s.shares(), c.shares) << (c.s.text() ? c.s.text() : "<null>");
+        EXPECT_TRUE(c.s == "" || !c.empty) << "an empty string equals the empty text";
+    }
+    EXPECT_STREQ(cases[5].s.text(), "abc");
+    EXPECT_TRUE(uiSaveString::same(nullptr, ""));
+    EXPECT_FALSE(uiSaveString::same("a", nullptr));
+    EXPECT_FALSE(uiSaveString::same("a", "ab"));
+    char* heap = static_cast<char*>(std::malloc(4));
+    std::memcpy(heap, "own", 4);
+    uiSaveString adopted(uiSaveString::Adopt{}, heap);
+    EXPECT_EQ(adopted.text(), heap);
+    EXPECT_EQ(adopted.length(), 3u);
+}
+
+TEST(nlsLanguage, BaseLanguageCutsTheCountryAndTheBlanksBeforeIt)
+{
+    const struct {
+        const char* name;
+        const char* base;
+    } cases[] = {
+        {"English-GBR", "English"}, {"English \t-GBR", "English"}, {"-GBR", ""}, {"  -GBR", ""},
+        {"German-DEU-X", "German"}, {"French", "French"},
+    };
+    for (const auto& c : cases) {
+        nlsLanguage language(c.name);
+        nlsLanguage base = language.baseLanguage();
+        EXPECT_STREQ(base.text() ? base.text() : "", c.base) << "base of \"" << c.name << "\"";
+    }
+    EXPECT_TRUE(nlsLanguage("English-GBR").hasCountry());
+    EXPECT_FALSE(nlsLanguage("English").hasCountry());
+    EXPECT_FALSE(nlsLanguage().hasCountry());
+}
+
+TEST(nlsError, TextsForEveryCodeAndItsArguments)
+{
+    const struct {
+        uint32_t code;
+        const char* expected;
+    } cases[] = {
+        {0, "nlsERROR_NONE"},
+        {5, "NLS Error: Initialisation failed"},
+        {9, "NLS Error: Could not stat the catalog"},
+        {17, "NLS Error: Could not open the catalog"},
+        {33, "NLS Error: Catalog Magic number failed"},
+        {65, "NLS Error: Catalog revision number is incompatible"},
+        {129, "NLS Error: Domain does not exist"},
+        {257, "NLS Error: memory error"},
+        {513, "NLS Error: Catalog is corrupt"},
+        {3072, "NLS Warning: Setting up locale for language <a> failed"},
+        {5120, "NLS Warning: Catalog <a> failed to load for language <b>"},
+        {9216, "NLS Error: Path to domain failed"},
+        {17408, "NLS Error: Domain (nls database) already exists for catalog <a> and language <b>"},
+        {33792, "NLS Warning: Catalog <a> failed to load for language <b> so fallback language <c> was used"},
+        {12345, "NLS Error: Internal error"},
+    };
+    for (const auto& c : cases) {
+        nlsError error(c.code);
+        for (const char* arg : {"a", "b", "c"})
+            error.addArgument(arg);
+        EXPECT_EQ(std::string(error.text()), c.expected) << "code " << c.code;
+        EXPECT_EQ(error.isError(), (c.code & 1) != 0);
+    }
+}
+
+TEST(nlsError, ArgumentsStopAtFiveAndOutOfRangeIsMarked)
+{
+    nlsError error(5120);
+    EXPECT_STREQ(error.argument(0).text(), "Internal range error");
+    for (const char* arg : {"1", "2", "3", "4", "5", "6"})
+        error.addArgument(arg);
+    EXPECT_EQ(error.argumentCount(), 5);
+    EXPECT_STREQ(error.argument(4).text(), "5");
+    EXPECT_STREQ(error.argument(5).text(), "Internal range error");
+    EXPECT_STREQ(error.argument(-1).text(), "Internal range error");
+}
+
+TEST(nlsError, PrintWritesTheTextAndALineEndToStandardOutput)
+{
+    nlsError error(5120);
+    error.addArgument("quillon");
+    error.addArgument("Klingon");
+    testing::internal::CaptureStdout();
+    error.print();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "NLS Warning: Catalog <quillon> failed to load for language <Klingon>\n");
+}
+
+// A facet that groups by three with ",", standing in for a locale that groups digits.
+class groupingPunct : public std::numpunct<char>
+{
+protected:
+    char do_thousands_sep() const override
+    {
+        return ',';
+    }
+    std::string do_grouping() const override
+    {
+        return "\3";
+    }
+};
+
+TEST(nlsNumPunct, NumbersComeOutWithoutGroupingWhateverTheLocale)
+{
+    std::locale grouping(std::locale::classic(), new groupingPunct);
+    std::ostringstream before;
+    before.imbue(grouping);
+    before << 1234567;
+    ASSERT_EQ(before.str(), "1,234,567") << "the stand-in locale must group";
+
+    std::ostringstream after;
+    after.imbue(std::locale(grouping, new nlsNumPunct("C")));
+    after << 1234567 << ' ' << 9876543.25 << ' ' << std::boolalpha << true;
+    EXPECT_EQ(after.str(), "1234567 9.87654e+06 true");
+    after.str("");
+    after << std::fixed << std::setprecision(2) << 9876543.25;
+    EXPECT_EQ(after.str(), "9876543.25");
+    const auto& punct = std::use_facet<std::numpunct<char>>(after.getloc());
+    EXPECT_EQ(punct.thousands_sep(), '\0');
+    EXPECT_EQ(punct.grouping(), "");
+    EXPECT_EQ(punct.decimal_point(), '.');
+}
+
+} // namespace
