@@ -1,0 +1,72 @@
+// The version record. Invariant: fullName is productName, a blank, version and buildNumber run together,
+// until a readable product file replaces the names.
+#include "app/qwzVersionInfo.h"
+
+#include <ctime>
+
+#include "buildDate.h"
+#include "foundation/utProductDescription.h"
+
+namespace {
+
+int digitsOf(const char* version)
+{
+    utString digits = utString::copyOf("");
+    for (const char* p = version; *p; ++p)
+        if (*p != '.')
+            digits += utString(p, 1);
+    int value = 0, error = -1;
+    digits.toInteger(value, error);
+    return value;
+}
+
+int localYear()
+{
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+#ifdef _WIN32
+    localtime_s(&local, &now);
+#else
+    localtime_r(&now, &local);
+#endif
+    return local.tm_year + 1900;
+}
+
+} // namespace
+
+qwzVersionInfo::qwzVersionInfo()
+    : version("4.3.40"), versionDigits(digitsOf("4.3.40")), buildDate(QWZ_BUILD_DATE), buildNumber("02"),
+      productName("Quillon")
+{
+    fullName = productName + utString(" ") + version + buildNumber;
+    displayName = fullName;
+}
+
+qwzVersionInfo& qwzVersionInfo::instance()
+{
+    static qwzVersionInfo record;
+    return record;
+}
+
+utString qwzVersionInfo::copyrightText() const
+{
+    char notice[64];
+    std::snprintf(notice, sizeof notice, "Copyright (C) 2000-%d Tarvik", localYear());
+    return displayName + utString("\n") + utString::copyOf(notice) + utString("\nAll rights reserved");
+}
+
+void qwzVersionInfo::readProductFile(const utString& productDir)
+{
+    utString path = productDir + utString("\\product");
+    utProductDescription product;
+    int code = product.load(path.c_str(), version + buildNumber);
+    if (code == 0) {
+        fullName = product.shortText();
+        displayName = product.longText();
+        productName = product.value(utString("name"));
+    } else if (code == 1) {
+        displayName += utString(" - No Product File");
+    } else {
+        displayName += utString(" - Product File Error");
+    }
+}

@@ -1,0 +1,34 @@
+// Output channels: small sinks of UTF-8 text. Code that produces text for the user in bulk never knows
+// whether it ends in the view, on standard output, in a log file, in memory or nowhere.
+#pragma once
+
+#include <cstdarg>
+
+#include "foundation/utString.h"
+
+class qwzOutput
+{
+public:
+    virtual ~qwzOutput();
+
+    // Delivers one piece of UTF-8 text to the sink; line ends are single LFs.
+    virtual void write(const utString& text) = 0;
+
+    // Formats with the vsnprintf rules and writes the result. The leading integer is read by nobody.
+    void printf(int, const char* format, ...)
+#ifdef __GNUC__
+        __attribute__((format(printf, 3, 4)))
+#endif
+        ;
+
+    // Writes string-table entry `id`, translated, then formatted with the remaining arguments.
+    // An unknown id writes the empty text.
+    void printMessage(int, unsigned int id, ...);
+
+    // The process-wide channel over standard output.
+    static qwzOutput& standardOutput();
+};
+
+// Formats into a buffer that starts at 4192 bytes and doubles until the text fits; `format` is a
+// program text, never a document's.
+utString qwzFormat(const char* format, va_list args);

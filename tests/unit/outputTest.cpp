@@ -1,0 +1,89 @@
+// Output channels: formatting of any length, messages from the string table, and the sinks.
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "app/qwzStartup.h"
+#include "document/qwzStreamOutput.h"
+#include "document/qwzStringOutput.h"
+#include "resourceIds.h"
+#include "testSupport.h"
+
+namespace {
+
+TEST(OutputTest, StringChannelCollectsInOrder)
+{
+    qwzStringOutput out;
+    out.write(utString("x"));
+    out.write(utString("y"));
+    out.write(utString()); // a null text adds nothing
+    EXPECT_STREQ(out.text().c_str(), "xy");
+}
+
+TEST(OutputTest, FormattedTextLongerThanTheFirstBufferArrivesWhole)
+{
+    for (size_t n : {size_t(4191), size_t(4192), size_t(8384), size_t(40000)}) {
+        std::string big(n, 'a');
+        qwzStringOutput out;
+        out.printf(0, "<%s|%d>", big.c_str(), 7);
+        EXPECT_EQ(out.text().str(), "<" + big + "|7>") << n;
+    }
+}
+
+TEST(OutputTest, MessagesComeFromTheStringTable)
+{
+    qwzStringOutput out;
+    out.printMessage(0, IDS_FILE_NOT_FOUND, "C:\\x.txt");
+    EXPECT_STREQ(out.text().c_str(), "Error: The file C:\\x.txt does not exist or could not be opened");
+}
+
+TEST(OutputTest, AnUnknownMessageIdWritesNothing)
+{
+    qwzStringOutput out;
+    out.printMessage(0, 65000);
+    EXPECT_STREQ(out.text().c_str(), "");
+}
+
+TEST(OutputTest, StreamChannelHonoursWidthOnceAndKeepsFailuresInTheStream)
+{
+    std::ostringstream s;
+    qwzStreamOutput out(&s);
+    s.width(5);
+    s.fill('.');
+    out.write(utString("ab"));
+    out.write(utString("c"));
+    EXPECT_EQ(s.str(), "...abc");
+
+    s.setstate(std::ios_base::badbit);
+    out.write(utString("lost"));
+    EXPECT_EQ(s.str(), "...abc");
+}
+
+const char usageText[] = "Usage:\n\n"
+                         "  quillon\n"
+                         "  Run Quillon\n\n"
+                         "  quillon <file>\n"
+                         "  Run Quillon and display the requested file\n\n"
+                         "  quillon -help\n"
+                         "  Display this help\n";
+
+TEST(UsageTest, TextIsTheSevenMessagesInOrder)
+{
+    qwzStringOutput out;
+    printUsage(out);
+    EXPECT_STREQ(out.text().c_str(), usageText);
+}
+
+TEST(UsageTest, LogFileIsTruncatedAndGetsNoCarriageReturns)
+{
+    std::string dir = qt::scratchDir("usage-log");
+    std::string log = dir + "/out.txt";
+    qt::writeFile(log, std::string(10000, 'z'));
+    qwzCommandLine line;
+    line.parse({"-logfile:\"" + log + "\"", "-help"});
+    writeUsage(line);
+    EXPECT_EQ(qt::readFile(log), usageText);
+}
+
+} // namespace
