@@ -4,7 +4,8 @@
 #include "foundation/utPath.h"
 #include "platform/platform.h"
 
-namespace {
+namespace
+{
 
 const char separators[] = "/\\";
 

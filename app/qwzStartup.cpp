@@ -11,7 +11,8 @@
 #include "platform/platform.h"
 #include "resourceIds.h"
 
-namespace {
+namespace
+{
 
 void showError(unsigned id)
 {
@@ -44,7 +45,7 @@ qwzStartup::Outcome qwzStartup::run(const std::vector<std::string>& words, int& 
 
 void printUsage(qwzOutput& output)
 {
-    static const unsigned lines[] = {IDS_USAGE,      IDS_USAGE_RUN,       IDS_USAGE_RUN_HELP, IDS_USAGE_FILE,
+    static const unsigned lines[] = {IDS_USAGE,           IDS_USAGE_RUN,  IDS_USAGE_RUN_HELP, IDS_USAGE_FILE,
                                      IDS_USAGE_FILE_HELP, IDS_USAGE_HELP, IDS_USAGE_HELP_HELP};
     for (unsigned id : lines)
         output.printMessage(0, id);

@@ -7,7 +7,8 @@
 #include "buildDate.h"
 #include "foundation/utProductDescription.h"
 
-namespace {
+namespace
+{
 
 int digitsOf(const char* version)
 {
