@@ -6,10 +6,13 @@ Fails (exit 1, every problem listed) when:
   - a .po misses an entry of the template, or keeps one that the template no longer has (also "#~");
   - an entry is fuzzy or untranslated, or has lost the template's c-format flag (msgfmt --check-format
     only checks flagged entries, so a dropped flag would hide a broken conversion);
-  - a translation changes the leading blanks, the number of line breaks or the trailing line breaks;
+  - a translation changes the leading blanks, the number of line breaks or the trailing line breaks,
+    or loses or repeats one of the window framework's numbered inserts ("%1");
   - a menu text loses or doubles its "&", repeats an access key within its menu, or changes the
     shortcut after its tab.
-The printf conversions themselves are msgfmt --check-format's to judge.
+  - the printf conversions of a c-format text change in number, type or order, or become positional
+    ("%2$s": msgfmt accepts it, the Windows run-time printf does not). msgfmt --check-format judges
+    them too, at compile time.
 
 usage: check_po.py --template GEN.pot --committed locale/quillon.pot --rc res/quillon.rc
                    [--strings res/strings.txt] [--stamp FILE] PO...
@@ -20,7 +23,7 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent))
-from make_pot import c_unescape, rc_texts  # noqa: E402
+from make_pot import PRINTF, c_unescape, rc_texts  # noqa: E402
 
 REGENERATE = ("regenerate it with\n"
               "    python3 tools/make_pot.py res/strings.txt res/quillon.rc -o locale/quillon.pot\n"
@@ -147,6 +150,21 @@ def access_key(text):
     return keys[0].casefold() if len(keys) == 1 else "many"
 
 
+def conversion_types(text):
+    """The printf conversions of a text as the arguments see them: length modifier and conversion, in
+    order; a positional one ("%2$s") is kept whole, since the Windows run-time printf does not take it."""
+    out = []
+    for m in PRINTF.finditer(text):
+        spec = m.group(0)
+        if spec == "%%":
+            continue
+        if "$" in spec:
+            out.append(spec)
+        else:
+            out.append(re.search(r"(?:hh|h|ll|l|L|q|j|z|t|I64|I32)?[a-zA-Z]$", spec).group(0))
+    return out
+
+
 def check_entry(path, e, tmpl, problems):
     where = f"{path}:{e.line}: \"{show(e.msgid)}\""
     if "fuzzy" in e.flags:
@@ -156,11 +174,17 @@ def check_entry(path, e, tmpl, problems):
         return
     if "c-format" in tmpl.flags and "c-format" not in e.flags:
         problems.append(f"{where}: the template's c-format flag is missing (msgfmt would not check it)")
+    if "c-format" in tmpl.flags and conversion_types(e.msgstr) != conversion_types(e.msgid):
+        problems.append(f"{where}: the printf conversions must stay {conversion_types(e.msgid)} in this order, "
+                        f"not {conversion_types(e.msgstr)} (no positional %n$ forms)")
     if leading_blanks(e.msgstr) != leading_blanks(e.msgid):
         problems.append(f"{where}: leading blanks differ from the English text")
     if trailing_breaks(e.msgstr) != trailing_breaks(e.msgid):
         problems.append(f"{where}: ends in {trailing_breaks(e.msgstr)} line breaks, the English text in "
                         f"{trailing_breaks(e.msgid)}")
+    if sorted(re.findall(r"%[1-9]", e.msgstr)) != sorted(re.findall(r"%[1-9]", e.msgid)):
+        problems.append(f"{where}: the numbered inserts {sorted(set(re.findall(r'%[1-9]', e.msgid)))} must each "
+                        f"stay, once (their order may change)")
     if e.msgstr.count("\n") != e.msgid.count("\n"):
         problems.append(f"{where}: has {e.msgstr.count(chr(10))} line breaks, the English text "
                         f"{e.msgid.count(chr(10))} (prompt and tooltip, and message lines, are split at them)")

@@ -154,11 +154,17 @@ def mix(c1, c2, f):
 
 
 def draw(size):
+    """Straight-alpha RGBA pixels of the icon at one size."""
     cv = Canvas(size)
-    px = cv.px
     small = size <= 16
-    line_w = max(px, 0.012)
+    line_w = max(cv.px, 0.012)
+    draw_page(cv, small, line_w)
+    draw_quill(cv, small, line_w)
+    return cv.pixels()
 
+
+def draw_page(cv, small, line_w):
+    px = cv.px
     # soft shadow, then the page with its folded corner
     shadow = [(x + 0.025, y + 0.03) for x, y in PAGE]
     cv.paint(bbox(shadow, 0.06), lambda x, y: (0.28 * cover(poly_sdf(x, y, shadow), max(px, 0.05)), (0, 0, 0)))
@@ -198,7 +204,11 @@ def draw(size):
         cv.paint(bbox(ink, ink_w),
                  lambda x, y: (cover(polyline_dist(x, y, ink) - ink_w / 2, px), (22, 52, 128)))
 
-    # the quill: vane with barbs, then the shaft, then the nib
+
+
+def draw_quill(cv, small, line_w):
+    """Vane with barbs, then the shaft, then the nib."""
+    px = cv.px
     vane = vane_outline()
     samples = [(t, *spine(t)[:2]) for t in [VANE_START + (1 - VANE_START) * i / 96 for i in range(97)]]
     dark, light, edge_col = (24, 78, 160), (92, 176, 232), (16, 44, 100)
@@ -246,7 +256,6 @@ def draw(size):
     half = max(px, 0.024)
     nib = [(x0, y0), (x1 + nx * half, y1 + ny * half), (x1 - nx * half, y1 - ny * half)]
     cv.paint(bbox(nib, px), lambda x, y: (cover(poly_sdf(x, y, nib), px), (18, 20, 30)))
-    return cv.pixels()
 
 
 # --- file formats ----------------------------------------------------------------------------------

@@ -141,8 +141,8 @@ class PrintfConversions(unittest.TestCase):
                     self.assertRegex(r.stderr, "format specification|number of format specifications|"
                                                "format specifications in 'msgid' and 'msgstr'")
 
-    def test_a_reordered_translation_with_positions_is_accepted(self):
-        # "%2$s ... %1$s" keeps every argument's type: the tool chain must not reject it
+    def test_positional_reordering_passes_msgfmt_but_not_the_check(self):
+        # msgfmt takes "%2$d ... %1$d"; MinGW's printf does not, so the check refuses it
         original = (SRC / "locale" / "de.po").read_text(encoding="utf-8")
         with tempfile.TemporaryDirectory() as tmp:
             po = Path(tmp) / "de.po"
@@ -150,6 +150,9 @@ class PrintfConversions(unittest.TestCase):
                           encoding="utf-8")
             r = msgfmt(po, Path(tmp) / "de.mo")
             self.assertEqual(r.returncode, 0, r.stderr)
+            r = check_po([po])
+            self.assertEqual(r.returncode, 1, r.stderr)
+            self.assertIn("the printf conversions must stay ['d', 'd'] in this order", r.stderr)
 
 
 class Consistency(unittest.TestCase):
@@ -182,6 +185,11 @@ class Consistency(unittest.TestCase):
         ("two access keys", "ja", lambda t: edit_entry(t, "&Edit", set_msgstr("&編集(&E)")), "more than one"),
         ("shortcut translated", "de", lambda t: edit_entry(t, "&New\tCtrl+N", set_msgstr("&Neu\tStrg+N")),
          'shortcut must stay "\\tCtrl+N"'),
+        ("%s dropped", "fr", lambda t: edit_entry(t, FILE_NOT_FOUND, set_msgstr("Erreur : fichier introuvable")),
+         "the printf conversions must stay ['s']"),
+        ("%d and %s swapped", "es", lambda t: edit_entry(t, "Copyright (C) 2000-%d Tarvik",
+                                                         set_msgstr("Copyright (C) 2000-%s Tarvik")),
+         "not ['s']"),
         ("charset not UTF-8", "it", lambda t: t.replace("charset=UTF-8", "charset=ISO-8859-1", 1),
          "charset=UTF-8"),
     ]
@@ -195,6 +203,30 @@ class Consistency(unittest.TestCase):
                     po.write_text(edit(original), encoding="utf-8")
                     r = check_po([po])
                     self.assertEqual(r.returncode, 1, f"{name}: accepted\n{r.stderr}")
+                    self.assertIn(expected, r.stderr)
+
+
+class NumberedInserts(unittest.TestCase):
+    """The window framework's texts carry "%1"-style inserts, which no printf check sees."""
+
+    HEADER = ('msgid ""\nmsgstr ""\n"Language: de\\n"\n"MIME-Version: 1.0\\n"\n'
+              '"Content-Type: text/plain; charset=UTF-8\\n"\n"Content-Transfer-Encoding: 8bit\\n"\n\n')
+    CASES = [  # translation, accepted, expected message
+        ("Änderungen an %1 speichern?", True, ""),
+        ("%1: Änderungen speichern? (%2)", False, "numbered inserts ['%1'] must each stay"),
+        ("Änderungen speichern?", False, "numbered inserts ['%1'] must each stay"),
+        ("%1 und %1 speichern?", False, "numbered inserts ['%1'] must each stay"),
+    ]
+
+    def test_each_insert_stays_once(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            pot, po = Path(tmp) / "t.pot", Path(tmp) / "de.po"
+            pot.write_text(self.HEADER + 'msgid "Save changes to %1?"\nmsgstr ""\n', encoding="utf-8")
+            for text, accepted, expected in self.CASES:
+                with self.subTest(text):
+                    po.write_text(self.HEADER + f'msgid "Save changes to %1?"\nmsgstr "{text}"\n', encoding="utf-8")
+                    r = check_po([po], template=pot)
+                    self.assertEqual(r.returncode, 0 if accepted else 1, r.stderr)
                     self.assertIn(expected, r.stderr)
 
 
