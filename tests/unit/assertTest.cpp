@@ -70,3 +70,54 @@ TEST(AssertTest, TheFullHookWinsOverThePlainOne)
 }
 
 } // namespace
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <thread>
+
+namespace
+{
+
+// Presses OK on the first "Fatal Error" box that appears, so that a pop-up report cannot hang the run.
+void closeFatalErrorBoxSoon()
+{
+    std::thread([] {
+        for (int i = 0; i < 400; ++i) {
+            if (HWND box = FindWindowW(nullptr, L"Fatal Error")) {
+                wchar_t text[1024] = {};
+                // the report is the box's static text: leave it where the parent can see it
+                GetDlgItemTextW(box, 0xFFFF, text, 1024);
+                std::fputws(text, stderr);
+                std::fflush(stderr);
+                PostMessageW(box, WM_COMMAND, IDOK, 0);
+                return;
+            }
+            Sleep(50);
+        }
+    }).detach();
+}
+
+TEST(AssertDeathTest, PopupModeShowsARealMessageBox)
+{
+    EXPECT_EXIT(
+        {
+            closeFatalErrorBoxSoon();
+            assertWith("popup");
+        },
+        testing::ExitedWithCode(1), "Assertion failure: nlsDataBase failed - with error 33");
+}
+
+TEST(AssertDeathTest, AssertionsDefaultToThePopup)
+{
+    EXPECT_EXIT(
+        {
+            qt::setEnv("ORBA_ASSERT", nullptr);
+            closeFatalErrorBoxSoon();
+            utAssertionFailed("x.cpp", 1, "default");
+        },
+        testing::ExitedWithCode(1), "Assertion failure: default");
+}
+
+} // namespace
+#endif

@@ -3,7 +3,8 @@
 
 #include "app/qwzCommandLine.h"
 
-namespace {
+namespace
+{
 
 struct Case {
     std::vector<std::string> words;
@@ -12,7 +13,15 @@ struct Case {
     const char* fileName;
 };
 
-class CommandLineTest : public testing::TestWithParam<Case> {};
+void PrintTo(const Case& c, std::ostream* os)
+{
+    for (const std::string& w : c.words)
+        *os << "[" << w << "]";
+}
+
+class CommandLineTest : public testing::TestWithParam<Case>
+{
+};
 
 TEST_P(CommandLineTest, ModeLogFileAndDocument)
 {

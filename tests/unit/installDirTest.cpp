@@ -3,7 +3,8 @@
 
 #include "app/qwzInstallDir.h"
 
-namespace {
+namespace
+{
 
 TEST(InstallDirTest, RootIsTwoLevelsAboveTheExecutablesFolder)
 {
@@ -11,10 +12,8 @@ TEST(InstallDirTest, RootIsTwoLevelsAboveTheExecutablesFolder)
         const char* exe;
         const char* root;
     } cases[] = {
-        {"C:\\root\\sys\\exec\\app.exe", "C:\\root"},
-        {"C:\\root\\\\sys\\exec\\app.exe", "C:\\root"},
-        {"C:/root/sys/exec/app.exe", "C:/root"},
-        {"C:\\a\\b/sys\\exec/quillon.exe", "C:\\a\\b"},
+        {"C:\\root\\sys\\exec\\app.exe", "C:\\root"},      {"C:\\root\\\\sys\\exec\\app.exe", "C:\\root"},
+        {"C:/root/sys/exec/app.exe", "C:/root"},           {"C:\\a\\b/sys\\exec/quillon.exe", "C:\\a\\b"},
         {"/opt/quillon/sys/exec/quillon", "/opt/quillon"},
     };
     for (auto& c : cases)

@@ -10,7 +10,8 @@
 #include "resourceIds.h"
 #include "testSupport.h"
 
-namespace {
+namespace
+{
 
 TEST(OutputTest, StringChannelCollectsInOrder)
 {

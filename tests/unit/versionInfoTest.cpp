@@ -6,7 +6,8 @@
 #include "app/qwzVersionInfo.h"
 #include "testSupport.h"
 
-namespace {
+namespace
+{
 
 TEST(VersionInfoTest, InitialRecord)
 {

@@ -1,0 +1,91 @@
+"""quillon.exe as shipped: a 64-bit GUI-subsystem program, statically linked, carrying its manifest,
+version resource and icon."""
+import os
+import re
+import subprocess
+import unittest
+from pathlib import Path
+
+BUILD = Path(os.environ["QUILLON_BUILD_DIR"])
+EXE = BUILD / "dist" / "Quillon" / "sys" / "exec" / "quillon.exe"
+OBJDUMP = "x86_64-w64-mingw32-objdump"
+
+# what every Windows 10/11 has; anything else would have to ship beside the program
+SYSTEM_DLLS = {
+    "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+    "oleaut32.dll", "shell32.dll", "shlwapi.dll", "user32.dll", "wininet.dll", "winspool.drv", "msimg32.dll",
+    "version.dll", "uxtheme.dll", "imm32.dll", "rpcrt4.dll", "ws2_32.dll", "crypt32.dll", "bcrypt.dll",
+    "api-ms-win-crt-runtime-l1-1-0.dll",
+}
+
+
+class Executable(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.headers = subprocess.run([OBJDUMP, "-p", str(EXE)], capture_output=True, text=True, check=True).stdout
+
+    def test_is_a_64_bit_gui_program(self):
+        self.assertIn("file format pei-x86-64", subprocess.run([OBJDUMP, "-f", str(EXE)], capture_output=True,
+                                                               text=True, check=True).stdout)
+        self.assertRegex(self.headers, r"Subsystem\s+00000002\s+\(Windows GUI\)")
+
+    def test_needs_no_dll_beyond_the_systems(self):
+        dlls = {d.lower() for d in re.findall(r"DLL Name: (\S+)", self.headers)}
+        self.assertTrue(dlls, "no import table found")
+        self.assertEqual(dlls - SYSTEM_DLLS, set())
+        for runtime in ("libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll"):
+            self.assertNotIn(runtime, dlls)
+
+
+def resource(kind, name):
+    """The raw bytes of one resource of quillon.exe, extracted with wrestool."""
+    done = subprocess.run(["wrestool", "-x", "--raw", f"--type={kind}", f"--name={name}", str(EXE)],
+                          capture_output=True, check=True)
+    return done.stdout
+
+
+class Resources(unittest.TestCase):
+    def test_manifest_asks_for_what_a_modern_program_needs(self):
+        manifest = resource(24, 1).decode("utf-8")
+        self.assertIn('name="Microsoft.Windows.Common-Controls" version="6.0.0.0"', manifest)
+        self.assertIn(">PerMonitorV2</dpiAwareness>", manifest)
+        self.assertIn(">true</longPathAware>", manifest)
+        self.assertIn(">UTF-8</activeCodePage>", manifest)
+
+    def test_version_resource(self):
+        data = resource(16, 1)
+
+        def value(name):
+            key = name.encode("utf-16-le") + b"\0\0"
+            at = data.find(key)
+            self.assertGreaterEqual(at, 0, name)
+            at += len(key)
+            while data[at:at + 2] == b"\0\0":
+                at += 2
+            end = at
+            while data[end:end + 2] != b"\0\0":
+                end += 2
+            return data[at:end].decode("utf-16-le")
+
+        self.assertEqual(value("CompanyName"), "Tarvik")
+        self.assertEqual(value("ProductName"), "Quillon")
+        self.assertEqual(value("FileVersion"), "4.3.40.2")
+        self.assertEqual(value("ProductVersion"), "4.3.40.2")
+        # VS_FIXEDFILEINFO: signature, struct version, then the file version 4.3.40.2 as two DWORDs
+        sig = data.find(b"\xbd\x04\xef\xfe")
+        self.assertGreaterEqual(sig, 0)
+        self.assertEqual(data[sig + 8:sig + 16], bytes([3, 0, 4, 0, 2, 0, 40, 0]))
+
+    def test_application_icon_is_icon_128_in_every_size(self):
+        group = resource(14, 128)
+        self.assertGreaterEqual(len(group), 6, "no icon group 128")
+        count = int.from_bytes(group[4:6], "little")
+        sizes = {group[6 + 14 * i] or 256 for i in range(count)}
+        self.assertTrue({16, 32, 48, 256} <= sizes, sizes)
+        for i in range(count):
+            depth = int.from_bytes(group[6 + 14 * i + 6:6 + 14 * i + 8], "little")
+            self.assertEqual(depth, 32)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
