@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/qwzCDialog.h"
+#include "foundation/utString.h"
 
 class qwzCAboutDlg : public qwzCDialog
 {
