@@ -55,7 +55,21 @@ void qwzCStaticWithLink::insert(const std::wstring& text, LONG& position, bool l
     }
     SendMessageW(hwnd_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
     SendMessageW(hwnd_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
-    position += static_cast<LONG>(text.size());
+    // the control keeps a line end as one character: ask it where the insertion ended
+    DWORD end = 0;
+    SendMessageW(hwnd_, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
+    position = static_cast<LONG>(end);
+}
+
+std::wstring qwzCStaticWithLink::textRange(LONG start, LONG end) const
+{
+    if (end <= start)
+        return std::wstring();
+    std::wstring text(static_cast<size_t>(end - start) + 1, L'\0');
+    TEXTRANGEW range = {{start, end}, text.data()};
+    LRESULT copied = SendMessageW(hwnd_, EM_GETTEXTRANGE, 0, reinterpret_cast<LPARAM>(&range));
+    text.resize(static_cast<size_t>(copied > 0 ? copied : 0));
+    return text;
 }
 
 void qwzCStaticWithLink::setText(const utString& text)
@@ -102,29 +116,27 @@ void qwzCStaticWithLink::measureLink()
     HFONT font = CreateFontIndirectW(&description);
     HGDIOBJ old = font ? SelectObject(dc, font) : nullptr;
 
-    std::wstring all = qwzWindowText(hwnd_);
     LONG line = static_cast<LONG>(SendMessageW(hwnd_, EM_LINEFROMCHAR, static_cast<WPARAM>(linkStart_), 0));
     LONG top = 0;
     SIZE extent = {};
-    for (LONG i = 0; i <= line; ++i) {
+    for (LONG i = 0; i < line; ++i) {
         LONG start = static_cast<LONG>(SendMessageW(hwnd_, EM_LINEINDEX, static_cast<WPARAM>(i), 0));
         LONG length = static_cast<LONG>(SendMessageW(hwnd_, EM_LINELENGTH, static_cast<WPARAM>(start), 0));
-        if (start < 0 || static_cast<size_t>(start) > all.size())
-            break;
-        length = std::min<LONG>(length, static_cast<LONG>(all.size()) - start);
-        if (i < line) {
-            GetTextExtentPoint32W(dc, all.c_str() + start, length, &extent);
-            top += extent.cy;
-            continue;
-        }
-        GetTextExtentPoint32W(dc, all.c_str() + start, std::max<LONG>(0, linkStart_ - start), &extent);
-        linkRect_.left = extent.cx;
-        LONG linkLength = std::min<LONG>(linkEnd_, static_cast<LONG>(all.size())) - linkStart_;
-        GetTextExtentPoint32W(dc, all.c_str() + linkStart_, std::max<LONG>(0, linkLength), &extent);
-        linkRect_.right = linkRect_.left + extent.cx;
-        linkRect_.top = top;
-        linkRect_.bottom = top + extent.cy;
+        // an empty line still has a line's height
+        std::wstring text = textRange(start, start + length);
+        GetTextExtentPoint32W(dc, text.empty() ? L" " : text.c_str(), text.empty() ? 1 : static_cast<int>(text.size()),
+                              &extent);
+        top += extent.cy;
     }
+    LONG lineStart = static_cast<LONG>(SendMessageW(hwnd_, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
+    std::wstring before = textRange(lineStart, linkStart_);
+    GetTextExtentPoint32W(dc, before.c_str(), static_cast<int>(before.size()), &extent);
+    linkRect_.left = extent.cx;
+    std::wstring link = textRange(linkStart_, linkEnd_);
+    GetTextExtentPoint32W(dc, link.c_str(), static_cast<int>(link.size()), &extent);
+    linkRect_.right = linkRect_.left + extent.cx;
+    linkRect_.top = top;
+    linkRect_.bottom = top + extent.cy;
     if (old)
         SelectObject(dc, old);
     if (font)

@@ -7,6 +7,8 @@
 
 #include <richedit.h>
 
+#include <string>
+
 #include "foundation/utString.h"
 
 class qwzCStaticWithLink
@@ -59,6 +61,8 @@ private:
     bool OnSetCursor();
     void insert(const std::wstring& text, LONG& position, bool link);
     void measureLink();
+    // The control's characters [start, end).
+    std::wstring textRange(LONG start, LONG end) const;
 
     HWND hwnd_ = nullptr;
     utString url_;
