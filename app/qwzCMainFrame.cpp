@@ -15,5 +15,8 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
     replaceMenu(menuTranslated_ ? menu.detach() : nullptr);
     if (menuTranslated_)
         setAppTitle(qwzWide(qwzVersionInfo::instance().fullName));
+    // a hidden window gets no WM_SIZE before it is shown: size the view now, so that a file opened
+    // before the first show is wrapped once, at the real width
+    recalcLayout();
     return true;
 }

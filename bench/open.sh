@@ -2,13 +2,15 @@
 # Open benchmark under Wine: Quillon, Wine's own notepad.exe and a bare word-wrapping EDIT control each
 # open the same 1, 10 and 50 MB UTF-8 logs from the command line; timed from process start until the
 # window's title shows the file (X events, bench/openTimer.py). Prints medians, the ratios against both
-# anchors and the peak memory (VmHWM). OPEN_BENCH_SIZES and OPEN_BENCH_RUNS choose sizes and repetitions.
+# anchors and the peak memory (VmHWM). OPEN_BENCH_SIZES, OPEN_BENCH_RUNS and OPEN_BENCH_BIG_RUNS (50 MB and
+# more) choose sizes and repetitions.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 work=$root/build/bench-open
 win=$root/build/windows
 sizes=${OPEN_BENCH_SIZES:-"1 10 50"}
 runs=${OPEN_BENCH_RUNS:-3}
+big_runs=${OPEN_BENCH_BIG_RUNS:-1} # files of 50 MB and more take minutes per open
 export WINEPREFIX=$work/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 export QWZ_DISABLE_STARTUP_VERSION_CHECK=1
 wine=/usr/lib/wine/wine64
@@ -63,7 +65,9 @@ printf '%-6s %-8s %9s %10s\n' size program seconds peak_MiB
 for mb in $sizes; do
     file=$work/open-${mb}MB.log
     declare -A times=() peaks=()
-    for ((r = 0; r < runs; r++)); do
+    n=$runs
+    [ "$mb" -ge 50 ] && n=$big_runs
+    for ((r = 0; r < n; r++)); do
         for name in quillon notepad bare; do
             case $name in quillon) exe=$quillon ;; notepad) exe=$notepad ;; bare) exe=$bare ;; esac
             read -r t p < <(measure "$exe" "$file" || echo "failed 0")

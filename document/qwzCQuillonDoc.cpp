@@ -107,8 +107,6 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
 qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
 {
     qwzCQuillonView* view = getView();
-    if (view)
-        view->clearView();
     std::unique_ptr<char[]> bytes;
     std::size_t size = 0;
     ReadResult read = utIsRegularFile(path) ? readWhole(path, bytes, size) : ReadResult::Failed;

@@ -21,9 +21,9 @@ public:
     // the document "Untitled" with no path.
     void setDocumentPath(const utString& path);
 
-    // Reads `path` into the view (replacing its text) and makes it the document's path. A file that is
-    // missing, unreadable, too large for the view or holds NUL bytes is not shown: the view stays empty,
-    // the user is told, and the result says why.
+    // Appends the file `path` to the view (callers empty it first) and makes it the document's path. A
+    // file that is missing, unreadable, too large for the view or holds NUL bytes is not shown: nothing
+    // is appended, the user is told, and the result says why.
     LoadResult loadFile(const utString& path);
 
     bool onNewDocument() override;

@@ -168,6 +168,20 @@ TEST(QuillonView, CourierNewTenPointWrappingWithoutHorizontalScroll)
     EXPECT_EQ(app.view()->text(), longLine) << "wrapping adds no characters";
 }
 
+TEST(QuillonView, AFileOpenedBeforeTheFirstShowIsWrappedAtTheWindowsWidth)
+{
+    QuillonTestApp app(L"quillonTests-view");
+    std::wstring path = qw::scratchFile("qview-hidden", L"w.txt", std::string(3000, 'h'));
+    ASSERT_NE(app.openDocumentFile(path), nullptr);
+    ASSERT_FALSE(IsWindowVisible(app.mainFrame()->hwnd())) << "the frame is still hidden";
+    RECT client = {};
+    GetClientRect(app.view()->hwnd(), &client);
+    EXPECT_GT(client.right, 100) << "the view has its width before the window shows";
+    LRESULT lines = SendMessageW(app.view()->hwnd(), EM_GETLINECOUNT, 0, 0);
+    EXPECT_GT(lines, 1);
+    EXPECT_LT(lines, 1000) << "not one character per line";
+}
+
 TEST(QuillonFrame, MenuAndAcceleratorsComeFromResource128AndTheTitleIsTheFullName)
 {
     QuillonTestApp app(L"quillonTests-frame");
