@@ -2,19 +2,10 @@
 // run writes to the console it was started from, or to wherever standard output was redirected.
 #include <windows.h>
 
-#include <ole2.h>
-#include <shellapi.h>
-
 #include <cstdio>
 #include <iostream>
-#include <string>
-#include <vector>
 
-#include "app/qwzAppCatalog.h"
-#include "app/qwzStartup.h"
-#include "foundation/utTextConversion.h"
-#include "platform/platform.h"
-#include "resourceIds.h"
+#include "app/qwzCQuillonApp.h"
 
 namespace
 {
@@ -39,44 +30,10 @@ void connectStandardOutput()
     std::cerr.clear();
 }
 
-std::vector<std::string> commandWords()
-{
-    std::vector<std::string> words;
-    int count = 0;
-    LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &count);
-    if (!argv)
-        return words;
-    for (int i = 1; i < count; ++i)
-        words.push_back(utUtf16ToUtf8(reinterpret_cast<const char16_t*>(argv[i])).str());
-    LocalFree(argv);
-    return words;
-}
-
-struct OleSession {
-    bool ok = SUCCEEDED(OleInitialize(nullptr));
-    ~OleSession()
-    {
-        if (ok)
-            OleUninitialize();
-    }
-};
-
 } // namespace
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int)
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int showCommand)
 {
     connectStandardOutput();
-
-    OleSession ole;
-    if (!ole.ok) {
-        platform::messageBox(translate(platform::loadString(IDP_OLE_INIT_FAILED).c_str()).str(), "Quillon",
-                             platform::BoxIcon::None);
-        return 0;
-    }
-
-    int exitCode = 0;
-    qwzStartup startup;
-    if (startup.run(commandWords(), exitCode) == qwzStartup::Quit)
-        return exitCode;
-    return 0;
+    return qwzCQuillonApp::run(showCommand);
 }

@@ -1,0 +1,72 @@
+// The About box. Its bold font is made from the copyright control's own font, so that it follows the
+// dialog font, and lives as long as the dialog object.
+#include "app/qwzCAboutDlg.h"
+
+#include <clocale>
+#include <ctime>
+
+#include "app/qwzCText.h"
+#include "app/qwzVersionInfo.h"
+#include "res/resource.h"
+#include "resourceIds.h"
+
+namespace
+{
+
+int localYear()
+{
+    std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    localtime_s(&local, &now);
+    return local.tm_year + 1900;
+}
+
+} // namespace
+
+qwzCAboutDlg::qwzCAboutDlg(HWND parent) : qwzCDialog(IDD_ABOUTBOX, parent)
+{
+    translatedControls.push_back(IDOK);
+    translatedControls.push_back(IDC_ABOUT_OTHER_TRADEMARKS);
+}
+
+qwzCAboutDlg::~qwzCAboutDlg()
+{
+    if (boldFont_)
+        DeleteObject(boldFont_);
+}
+
+utString qwzCAboutDlg::copyrightText(int year)
+{
+    const qwzVersionInfo& version = qwzVersionInfo::instance();
+    return version.displayName + utString("\n") +
+           translateFormat(platform::loadString(IDS_COPYRIGHT_NOTICE).c_str(), year) + utString("\n") +
+           translate(platform::loadString(IDS_ALL_RIGHTS_RESERVED).c_str());
+}
+
+bool qwzCAboutDlg::OnInitDialog()
+{
+    qwzCDialog::OnInitDialog();
+    const qwzVersionInfo& version = qwzVersionInfo::instance();
+    qwzAppCatalog& catalog = qwzTheAppCatalog();
+    const char* timeLocale = std::setlocale(LC_TIME, nullptr);
+
+    SetWindowTextW(hwnd(), qwzMessage(IDS_ABOUT_CAPTION, version.productName.c_str()).c_str());
+    setItemText(IDC_ABOUT_COPYRIGHT, qwzWide(copyrightText(localYear())));
+    setItemText(IDC_ABOUT_BUILD_DATE, qwzMessage(IDS_BUILD_DATE, version.buildDate.c_str()));
+    setItemText(IDC_ABOUT_LANGUAGE, qwzMessage(IDS_LANGUAGE_INFO, catalog.requestedLanguage().c_str(),
+                                               catalog.usedLanguage().c_str(), timeLocale ? timeLocale : ""));
+    setItemText(IDC_ABOUT_TRADEMARK, qwzMessage(IDS_TRADEMARK_NOTICE));
+
+    HWND copyright = GetDlgItem(hwnd(), IDC_ABOUT_COPYRIGHT);
+    HFONT dialogFont = reinterpret_cast<HFONT>(SendMessageW(copyright, WM_GETFONT, 0, 0));
+    LOGFONTW description = {};
+    if (dialogFont && GetObjectW(dialogFont, sizeof description, &description) == sizeof description) {
+        description.lfWeight = FW_BOLD;
+        boldFont_ = CreateFontIndirectW(&description);
+    }
+    if (boldFont_) {
+        for (int id : {IDC_ABOUT_COPYRIGHT, IDC_ABOUT_BUILD_DATE})
+            SendMessageW(GetDlgItem(hwnd(), id), WM_SETFONT, reinterpret_cast<WPARAM>(boldFont_), TRUE);
+    }
+    return true;
+}

@@ -1,0 +1,46 @@
+// Dialog translation: controls first, in the order they were listed, the caption last.
+#include "app/qwzCDialog.h"
+
+#include "app/qwzCText.h"
+
+namespace
+{
+
+void translateWindow(HWND window)
+{
+    if (!window)
+        return;
+    std::wstring text = qwzWindowText(window);
+    if (text.empty())
+        return;
+    SetWindowTextW(window, qwzWide(translate(qwzUtf8(text).c_str())).c_str());
+}
+
+} // namespace
+
+bool qwzCDialog::OnInitDialog()
+{
+    bool result = winDialog::OnInitDialog();
+    for (int id : translatedControls)
+        translateWindow(GetDlgItem(hwnd(), id));
+    translateWindow(hwnd());
+    return result;
+}
+
+INT_PTR qwzCDialog::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    if (msg == WM_NOTIFY && lParam != 0) {
+        LRESULT result = 0;
+        if (OnNotify(*reinterpret_cast<const NMHDR*>(lParam), result)) {
+            SetWindowLongPtrW(hwnd(), DWLP_MSGRESULT, result);
+            return TRUE;
+        }
+        return FALSE;
+    }
+    return winDialog::HandleMessage(msg, wParam, lParam);
+}
+
+bool qwzCDialog::OnNotify(const NMHDR&, LRESULT&)
+{
+    return false;
+}

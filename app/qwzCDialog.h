@@ -1,0 +1,23 @@
+// The base of Quillon's dialogs: when the dialog opens, the texts of the listed controls and then the
+// caption are put through the application's catalog, so that dialog resources stay English.
+#pragma once
+
+#include <deque>
+
+#include "win/winDialog.h"
+
+class qwzCDialog : public winDialog
+{
+public:
+    explicit qwzCDialog(unsigned dialogId, HWND parent = nullptr) : winDialog(dialogId, parent) {}
+
+protected:
+    // The framework's initialisation, then the translation; returns the framework's result.
+    bool OnInitDialog() override;
+    INT_PTR HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    // A WM_NOTIFY from a control; true when handled, with the dialog procedure's result in `result`.
+    virtual bool OnNotify(const NMHDR& header, LRESULT& result);
+
+    // Controls whose texts are translated at initialisation, in order; an empty text is left alone.
+    std::deque<int> translatedControls;
+};

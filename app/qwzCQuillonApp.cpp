@@ -1,0 +1,121 @@
+// Start-up and shut-down of the window program. Every step that fails ends start-up with one translated
+// message; a command-line run (usage text) ends before any window exists.
+#include "app/qwzCQuillonApp.h"
+
+#include <commctrl.h>
+#include <ole2.h>
+#include <shellapi.h>
+
+#include "app/qwzCAboutDlg.h"
+#include "app/qwzCMainFrame.h"
+#include "app/qwzCText.h"
+#include "app/qwzStartup.h"
+#include "document/qwzCQuillonDoc.h"
+#include "document/qwzCQuillonView.h"
+#include "resourceIds.h"
+#include "win/winCommandLineInfo.h"
+#include "win/winDocTemplate.h"
+#include "win/winFrame.h"
+
+namespace
+{
+
+constexpr unsigned appAboutCommand = 57664;
+
+// The framework's own texts go through the same catalog as Quillon's.
+std::wstring translateForFramework(const std::wstring& english)
+{
+    return qwzWide(translate(qwzUtf8(english).c_str()));
+}
+
+} // namespace
+
+qwzCQuillonApp::qwzCQuillonApp() = default;
+
+qwzCQuillonApp::~qwzCQuillonApp()
+{
+    if (richEdit_)
+        FreeLibrary(richEdit_);
+}
+
+int qwzCQuillonApp::run(int showCommand)
+{
+    qwzCQuillonApp app;
+    return app.winMain(showCommand);
+}
+
+bool qwzCQuillonApp::initWindowing()
+{
+    INITCOMMONCONTROLSEX controls = {};
+    controls.dwSize = 8;
+    controls.dwICC = 0xFF;
+    InitCommonControlsEx(&controls);
+    // the link control is a rich-edit control
+    richEdit_ = LoadLibraryW(L"Msftedit.dll");
+    if (!winApp::initInstance())
+        return false;
+    oleStarted_ = SUCCEEDED(OleInitialize(nullptr));
+    if (!oleStarted_) {
+        messageBox(qwzMessage(IDP_OLE_INIT_FAILED), MB_OK);
+        return false;
+    }
+    setRegistryKey(L"Tarvik");
+    loadStdProfileSettings(4);
+    addDocTemplate(winDocTemplate::make<qwzCQuillonDoc, qwzCQuillonView, qwzCMainFrame>(qwzCMainFrame::resourceId));
+    return true;
+}
+
+bool qwzCQuillonApp::initInstance()
+{
+    winApp::setTranslator(translateForFramework);
+    if (!initWindowing())
+        return quitEarly_ = true, false;
+
+    qwzStartup startup;
+    std::vector<std::string> words;
+    for (const std::wstring& word : winCommandLineInfo::processArguments())
+        words.push_back(qwzUtf8(word).str());
+    if (startup.run(words, exitCode_) == qwzStartup::Quit)
+        return quitEarly_ = true, false;
+
+    winCommandLineInfo info;
+    if (startup.commandLine().mode == qwzCommandLine::OpenFile) {
+        info.shellCommand = winCommandLineInfo::FileOpen;
+        info.fileName = qwzWide(startup.commandLine().fileName);
+    }
+    if (!processShellCommand(info))
+        return quitEarly_ = true, false;
+    winFrame* frame = mainFrame();
+    if (!frame)
+        return quitEarly_ = true, false;
+    DragAcceptFiles(frame->hwnd(), TRUE);
+    ShowWindow(frame->hwnd(), showCommand());
+    UpdateWindow(frame->hwnd());
+    return true;
+}
+
+int qwzCQuillonApp::exitInstance()
+{
+    int code = quitEarly_ ? exitCode_ : winApp::exitInstance();
+    if (oleStarted_) {
+        OleUninitialize();
+        oleStarted_ = false;
+    }
+    return code;
+}
+
+bool qwzCQuillonApp::onCommand(unsigned id)
+{
+    if (id == appAboutCommand) {
+        onAppAbout();
+        return true;
+    }
+    return winApp::onCommand(id);
+}
+
+void qwzCQuillonApp::onAppAbout()
+{
+    winFrame* frame = mainFrame();
+    qwzCAboutDlg about(frame ? frame->hwnd() : nullptr);
+    about.doModal();
+}

@@ -1,0 +1,33 @@
+// Quillon's application object: the window side of start-up (common controls, rich edit, OLE, the
+// "Tarvik" settings key with four recent files, the document template), the start-up steps that need no
+// window, then the document named on the command line (or a new one) in a shown main window that
+// accepts dropped files.
+#pragma once
+
+#include "win/winApp.h"
+
+class qwzCQuillonApp : public winApp
+{
+public:
+    qwzCQuillonApp();
+    ~qwzCQuillonApp() override;
+
+    // The whole program: start-up, message loop, shut-down; the process's exit status.
+    static int run(int showCommand);
+
+    bool initInstance() override;
+    int exitInstance() override;
+    bool onCommand(unsigned id) override;
+
+    // Runs the About box modally over the main window.
+    void onAppAbout();
+
+private:
+    // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.
+    bool initWindowing();
+
+    HMODULE richEdit_ = nullptr;
+    bool oleStarted_ = false;
+    int exitCode_ = 0;
+    bool quitEarly_ = false;
+};

@@ -1,0 +1,7 @@
+# Windows programs of the Wine benchmarks (bench/*.sh): the bare EDIT control that the open benchmark
+# measures Quillon against.
+if(WIN32)
+    add_executable(bench_bare_edit WIN32 ${CMAKE_SOURCE_DIR}/bench/bareEdit.cpp)
+    target_link_libraries(bench_bare_edit PRIVATE quillon_core gdi32 shell32)
+    target_link_options(bench_bare_edit PRIVATE -municode)
+endif()

@@ -1,0 +1,150 @@
+// The text document. A file is read with one read into a buffer of its size, rendered in place, converted
+// in one counting and one converting pass, and freed before the control copies the text, so that the
+// peak is the file plus its UTF-16 form, not more.
+#include "document/qwzCQuillonDoc.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "app/qwzCText.h"
+#include "document/qwzCEditOutput.h"
+#include "document/qwzCQuillonView.h"
+#include "document/qwzEditText.h"
+#include "document/qwzPercentRender.h"
+#include "foundation/utPath.h"
+#include "resourceIds.h"
+#include "win/winApp.h"
+
+namespace
+{
+
+struct FileCloser {
+    void operator()(std::FILE* f) const
+    {
+        std::fclose(f);
+    }
+};
+
+// The whole file in one read; false when it cannot be opened or read. `size` is set whenever known, so
+// that an oversized file is refused before anything is allocated.
+enum class ReadResult { Ok, Failed, TooLarge };
+ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::size_t& size)
+{
+    std::unique_ptr<std::FILE, FileCloser> file(utOpenFile(path.c_str(), "rb"));
+    if (!file || _fseeki64(file.get(), 0, SEEK_END) != 0)
+        return ReadResult::Failed;
+    long long length = _ftelli64(file.get());
+    if (length < 0 || _fseeki64(file.get(), 0, SEEK_SET) != 0)
+        return ReadResult::Failed;
+    if (static_cast<unsigned long long>(length) > qwzEditText::maxUnits)
+        return ReadResult::TooLarge;
+    size = static_cast<std::size_t>(length);
+    bytes.reset(new (std::nothrow) char[size + 1]);
+    if (!bytes)
+        return ReadResult::TooLarge;
+    if (std::fread(bytes.get(), 1, size, file.get()) != size)
+        return ReadResult::Failed;
+    bytes[size] = '\0';
+    return ReadResult::Ok;
+}
+
+} // namespace
+
+qwzCQuillonView* qwzCQuillonDoc::getView() const
+{
+    return static_cast<qwzCQuillonView*>(view());
+}
+
+void qwzCQuillonDoc::setDocumentPath(const utString& path)
+{
+    if (path.isNull() || path.isEmpty()) {
+        winDocument::setPathName(std::wstring(), false);
+        setTitle(qwzMessage(IDS_UNTITLED));
+        return;
+    }
+    std::wstring wide = qwzWide(path);
+    winDocument::setPathName(wide, false);
+    setTitle(wide);
+}
+
+void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles)
+{
+    if (keepUntitled_) {
+        keepUntitled_ = false;
+        setDocumentPath(utString());
+        return;
+    }
+    winDocument::setPathName(path, addToRecentFiles);
+    // the title is the path exactly as given, not its last component
+    setTitle(path);
+}
+
+bool qwzCQuillonDoc::onNewDocument()
+{
+    if (!winDocument::onNewDocument())
+        return false;
+    if (qwzCQuillonView* view = getView())
+        view->setText(std::wstring());
+    return true;
+}
+
+bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
+{
+    if (qwzCQuillonView* view = getView())
+        view->clearView();
+    utString utf8 = qwzUtf8(path);
+    keepUntitled_ = false;
+    if (loadFile(utf8) != Loaded) {
+        keepUntitled_ = true;
+        setDocumentPath(utString());
+    }
+    setModified(false);
+    return true;
+}
+
+qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
+{
+    qwzCQuillonView* view = getView();
+    std::unique_ptr<char[]> bytes;
+    std::size_t size = 0;
+    ReadResult read = utIsRegularFile(path) ? readWhole(path, bytes, size) : ReadResult::Failed;
+    if (read == ReadResult::Failed) {
+        tellUser(IDS_FILE_NOT_FOUND, path);
+        return Missing;
+    }
+    if (read == ReadResult::Ok && std::memchr(bytes.get(), '\0', size) != nullptr) {
+        tellUser(IDS_FILE_HAS_NUL, path);
+        return HasNul;
+    }
+    qwzEditText text;
+    std::size_t limit = view && view->hwnd()
+                            ? static_cast<std::size_t>(SendMessageW(view->hwnd(), EM_GETLIMITTEXT, 0, 0))
+                            : qwzEditText::maxUnits;
+    if (read == ReadResult::TooLarge ||
+        !text.assign(bytes.get(), qwzPercentRender::renderInPlace(bytes.get(), size), limit)) {
+        tellUser(IDS_FILE_TOO_LARGE, path);
+        return TooLarge;
+    }
+    bytes.reset();
+    qwzCEditOutput(view).writeEditText(text);
+    setDocumentPath(path);
+    return Loaded;
+}
+
+void qwzCQuillonDoc::serialize(std::string& bytes)
+{
+    bytes.clear();
+    if (qwzCQuillonView* view = getView())
+        bytes = qwzUtf8(view->text()).str();
+}
+
+void qwzCQuillonDoc::tellUser(unsigned id, const utString& path)
+{
+    std::wstring text = qwzMessage(id, path.c_str());
+    if (winApp* app = winApp::instance())
+        app->messageBox(text, MB_OK | MB_ICONERROR);
+    else
+        MessageBoxW(nullptr, text.c_str(), L"Quillon", MB_OK | MB_ICONERROR);
+}

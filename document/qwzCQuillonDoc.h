@@ -1,0 +1,42 @@
+// Quillon's document: one plain-text file shown in the view, which is the only store of its text. A file
+// is read in one piece and shown through the edit channel with "%%" rendered as "%" and nothing else
+// interpreted; saving writes the view's text as UTF-8 with CR-LF and no byte-order mark.
+#pragma once
+
+#include "foundation/utString.h"
+#include "win/winDocument.h"
+
+class qwzCQuillonView;
+
+class qwzCQuillonDoc : public winDocument
+{
+public:
+    // Why a file was not shown.
+    enum LoadResult { Loaded, Missing, TooLarge, HasNul };
+
+    // The only view of the document; null before the template attached it.
+    qwzCQuillonView* getView() const;
+
+    // A non-empty path becomes the title exactly as given and the path name; an empty or null one makes
+    // the document "Untitled" with no path.
+    void setDocumentPath(const utString& path);
+
+    // Appends the file `path` to the view (callers empty it first) and makes it the document's path. A
+    // file that is missing, unreadable, too large for the view or holds NUL bytes is not shown: nothing
+    // is appended, the user is told, and the result says why.
+    LoadResult loadFile(const utString& path);
+
+    bool onNewDocument() override;
+    // Always succeeds once the user has been told: a file that cannot be shown leaves an empty, untitled
+    // document rather than a second error.
+    bool onOpenDocument(const std::wstring& path) override;
+    void setPathName(const std::wstring& path, bool addToRecentFiles = true) override;
+    void serialize(std::string& bytes) override;
+
+private:
+    // Shows string-table message `id` about `path` in an error box.
+    void tellUser(unsigned id, const utString& path);
+
+    // Set while the template finishes an open that showed nothing.
+    bool keepUntitled_ = false;
+};

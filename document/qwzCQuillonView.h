@@ -1,0 +1,46 @@
+// The document's view: the framework's edit view in Courier New 10 pt, wrapping long lines at the
+// window's edge (never a horizontal scroll bar), with Go To Line. The edit control is the only store of
+// the document's text.
+#pragma once
+
+#include <windows.h>
+
+#include "win/winEditView.h"
+
+class qwzCQuillonView : public winEditView
+{
+public:
+    // The Go To Line command (Ctrl+G).
+    static constexpr unsigned goToLineCommand = 253;
+
+    qwzCQuillonView() = default;
+    ~qwzCQuillonView() override;
+
+    // Empties the control and lets the pending painting happen, so that the view is visibly empty before
+    // a long operation begins.
+    void clearView();
+
+    // Go To Line: asks for a line with the caret's line proposed and moves the caret there.
+    void onGoToLine();
+    // Moves the caret to the start of display line `line` (1-based), unchecked: a line past the end only
+    // drops the selection.
+    void goToLine(int line);
+
+    bool onCommand(unsigned id) override;
+    bool onUpdateCommand(unsigned id, winCommandState& state) override;
+
+    // The display font; null when it could not be made.
+    HFONT font() const
+    {
+        return font_;
+    }
+
+protected:
+    DWORD windowStyle() const override;
+    bool OnCreate() override;
+    // Shows the Go To Line dialog for lines 1..`count` with `line` proposed; false when cancelled.
+    virtual bool askLine(int count, int& line);
+
+private:
+    HFONT font_ = nullptr;
+};

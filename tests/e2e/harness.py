@@ -1,0 +1,248 @@
+# End-to-end helpers: start the real quillon.exe from the installation tree under Wine, find its windows
+# by title, send keys, read the clipboard, take screenshots. Every process a test starts is ended by pid;
+# the prefix's wineserver is stopped once, at the end of a test file (end_wine in tearDownModule).
+import os
+import re
+import signal
+import subprocess
+import time
+import unittest
+
+SOURCE_DIR = os.environ.get("QUILLON_SOURCE_DIR", os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..")))
+BUILD_DIR = os.environ.get("QUILLON_BUILD_DIR", os.path.join(SOURCE_DIR, "build", "windows"))
+DIST_DIR = os.environ.get("QUILLON_DIST", os.path.join(BUILD_DIR, "dist", "Quillon"))
+EXE = os.path.join(DIST_DIR, "sys", "exec", "quillon.exe")
+WINEPREFIX = os.environ.get("QUILLON_WINEPREFIX", os.path.join(BUILD_DIR, "wineprefix"))
+ARTIFACTS = os.environ.get("QUILLON_E2E_ARTIFACTS", os.path.join(BUILD_DIR, "e2e-artifacts"))
+WINE_RUN = os.path.join(SOURCE_DIR, "cmake", "wine-run.sh")
+WINESERVER = next((p for p in ("/usr/lib/wine/wineserver64", "/usr/lib/wine/wineserver") if os.path.exists(p)),
+                  "wineserver")
+
+
+def wine_env(extra=None):
+    env = dict(os.environ)
+    env.update({"WINEPREFIX": WINEPREFIX, "QUILLON_WINEPREFIX": WINEPREFIX, "WINEDEBUG": "-all",
+                "WINEDLLOVERRIDES": "mscoree,mshtml="})
+    if extra:
+        env.update(extra)
+    return env
+
+
+def wine_path(unix_path):
+    """A Unix path as the Windows program sees it (Wine's Z: drive)."""
+    return "Z:" + os.path.abspath(unix_path).replace("/", "\\")
+
+
+def scratch_dir(name):
+    """A fresh directory for one test under the artefacts folder, kept for inspection after a failure."""
+    path = os.path.join(ARTIFACTS, "scratch", name)
+    subprocess.run(["rm", "-rf", path], check=True)
+    os.makedirs(path)
+    return path
+
+
+class Program:
+    """One Windows program started through cmake/wine-run.sh; stop() ends it by its pid."""
+
+    def __init__(self, args, exe=EXE, env=None, cwd=None, stdout=None):
+        self.args = [WINE_RUN, exe] + list(args)
+        self.out_path = stdout
+        out = open(stdout, "wb") if stdout else subprocess.DEVNULL
+        try:
+            self.process = subprocess.Popen(self.args, env=wine_env(env), cwd=cwd, stdout=out,
+                                            stderr=subprocess.DEVNULL, start_new_session=True)
+        finally:
+            if stdout:
+                out.close()
+        self.pid = self.process.pid
+
+    def running(self):
+        return self.process.poll() is None
+
+    def wait(self, timeout=60):
+        """The exit status, or None when the program still runs after `timeout` seconds."""
+        try:
+            return self.process.wait(timeout=timeout)
+        except subprocess.TimeoutExpired:
+            return None
+
+    def stop(self):
+        if self.process.poll() is None:
+            os.kill(self.pid, signal.SIGKILL)
+            self.process.wait(timeout=30)
+
+
+def xdotool(*args, timeout=30):
+    result = subprocess.run(["xdotool"] + [str(a) for a in args], capture_output=True, text=True, timeout=timeout)
+    return result.returncode, result.stdout.strip()
+
+
+def wait_window(title_regex, timeout=60, visible=True):
+    """The id of the first window whose title matches `title_regex`, waiting for it up to `timeout` s."""
+    args = ["search", "--sync"] + (["--onlyvisible"] if visible else []) + ["--name", title_regex]
+    try:
+        rc, out = xdotool(*args, timeout=timeout)
+    except subprocess.TimeoutExpired:
+        raise AssertionError("no window titled /%s/ within %s s; windows: %s" % (title_regex, timeout,
+                                                                                  visible_titles()))
+    if rc != 0 or not out:
+        raise AssertionError("xdotool search for /%s/ failed (%d)" % (title_regex, rc))
+    return out.splitlines()[0]
+
+
+def visible_titles():
+    rc, out = xdotool("search", "--onlyvisible", "--name", ".")
+    return [window_name(w) for w in out.splitlines()] if rc == 0 else []
+
+
+def window_name(wid):
+    return xdotool("getwindowname", wid)[1]
+
+
+def wait_title(wid, title_regex, timeout=30):
+    """Waits until the window's title matches; returns the title."""
+    deadline = time.monotonic() + timeout
+    title = window_name(wid)
+    while not re.search(title_regex, title):
+        if time.monotonic() > deadline:
+            raise AssertionError("title of %s: expected /%s/, came %r" % (wid, title_regex, title))
+        time.sleep(0.1)
+        title = window_name(wid)
+    return title
+
+
+def window_geometry(wid):
+    """(x, y, width, height) of a window in root coordinates."""
+    _, out = xdotool("getwindowgeometry", "--shell", wid)
+    values = dict(line.split("=", 1) for line in out.splitlines() if "=" in line)
+    return int(values["X"]), int(values["Y"]), int(values["WIDTH"]), int(values["HEIGHT"])
+
+
+def key(wid, *keys):
+    """Sends key strokes (xdotool names: ctrl+s, Return, F3) to a window."""
+    rc, _ = xdotool("key", "--window", wid, "--delay", "30", *keys)
+    if rc != 0:
+        raise AssertionError("xdotool key %s failed" % (keys,))
+
+
+def type_text(wid, text):
+    """Types text into a window. Synthetic events sent to a window lose the shift state, so the window
+    gets the input focus and the text goes through the XTEST extension instead."""
+    xdotool("windowfocus", "--sync", wid)
+    rc, _ = xdotool("type", "--delay", "20", text)
+    if rc != 0:
+        raise AssertionError("xdotool type %r failed" % text)
+
+
+def clipboard():
+    result = subprocess.run(["xclip", "-o", "-selection", "clipboard"], capture_output=True, timeout=10)
+    return result.stdout.decode("utf-8", "replace") if result.returncode == 0 else None
+
+
+def eventually(probe, timeout=20, what="condition"):
+    """Calls `probe` until it returns a true value; the value, or an AssertionError naming `what`."""
+    deadline = time.monotonic() + timeout
+    last = None
+    while time.monotonic() < deadline:
+        last = probe()
+        if last:
+            return last
+        time.sleep(0.2)
+    raise AssertionError("%s not reached within %s s (last: %r)" % (what, timeout, last))
+
+
+def screenshot(name, wid=None):
+    """Saves the whole screen as <artefacts>/<name>.png (and the window alone as <name>-window.png when
+    `wid` is given); returns an Image of the window, or of the screen."""
+    os.makedirs(ARTIFACTS, exist_ok=True)
+    full = os.path.join(ARTIFACTS, name + ".png")
+    subprocess.run(["import", "-window", "root", full], check=True, timeout=60)
+    if wid is None:
+        return Image.load(full)
+    x, y, w, h = window_geometry(wid)
+    part = os.path.join(ARTIFACTS, name + "-window.png")
+    subprocess.run(["convert", full, "-crop", "%dx%d+%d+%d" % (w, h, x, y), "+repage", part], check=True)
+    return Image.load(part)
+
+
+class Image:
+    """An RGB picture read through ImageMagick, with the few measures the tests need."""
+
+    def __init__(self, width, height, pixels, path):
+        self.width, self.height, self.pixels, self.path = width, height, pixels, path
+
+    @staticmethod
+    def load(path):
+        data = subprocess.run(["convert", path, "-depth", "8", "rgb:-"], capture_output=True, check=True).stdout
+        size = subprocess.run(["identify", "-format", "%w %h", path], capture_output=True, text=True,
+                              check=True).stdout.split()
+        width, height = int(size[0]), int(size[1])
+        if len(data) != width * height * 3:
+            raise AssertionError("%s: %d bytes for %dx%d" % (path, len(data), width, height))
+        return Image(width, height, data, path)
+
+    def pixel(self, x, y):
+        i = (y * self.width + x) * 3
+        return self.pixels[i], self.pixels[i + 1], self.pixels[i + 2]
+
+    def dark(self, x, y, limit=100):
+        r, g, b = self.pixel(x, y)
+        return r + g + b < 3 * limit
+
+    def crop(self, x0, y0, x1, y1):
+        rows = [self.pixels[(y * self.width + x0) * 3:(y * self.width + x1) * 3] for y in range(y0, y1)]
+        return Image(x1 - x0, y1 - y0, b"".join(rows), self.path)
+
+    def ink_rows(self, limit=100):
+        """Per row, the count of dark pixels."""
+        return [sum(1 for x in range(self.width) if self.dark(x, y, limit)) for y in range(self.height)]
+
+    def text_lines(self, limit=100, gap=1):
+        """Bands of rows holding dark pixels, as (top, bottom) pairs, bottom exclusive."""
+        bands, start = [], None
+        rows = self.ink_rows(limit)
+        for y, count in enumerate(rows + [0]):
+            if count and start is None:
+                start = y
+            elif not count and start is not None:
+                bands.append((start, y))
+                start = None
+        merged = []
+        for band in bands:
+            if merged and band[0] - merged[-1][1] <= gap:
+                merged[-1] = (merged[-1][0], band[1])
+            else:
+                merged.append(band)
+        return merged
+
+    def ink_span(self, top, bottom, limit=100):
+        """(first, last) x of dark pixels within rows top..bottom, or None."""
+        xs = [x for x in range(self.width) for y in range(top, bottom) if self.dark(x, y, limit)]
+        return (min(xs), max(xs)) if xs else None
+
+    def ink(self, top, bottom, limit=100):
+        return sum(1 for y in range(top, bottom) for x in range(self.width) if self.dark(x, y, limit))
+
+
+def end_wine():
+    """Stops the prefix's wineserver and everything still running in it; call once per test file."""
+    subprocess.run([WINESERVER, "-k"], env=wine_env(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                   timeout=60)
+
+
+class QuillonTestCase(unittest.TestCase):
+    """Starts programs through start() and ends each of them after the test, whatever happened."""
+
+    def setUp(self):
+        self.programs = []
+        if not os.path.exists(EXE):
+            self.fail("no installed program at %s: build the windows tree first" % EXE)
+
+    def tearDown(self):
+        for program in self.programs:
+            program.stop()
+
+    def start(self, *args, **kwargs):
+        program = Program(args, **kwargs)
+        self.programs.append(program)
+        return program

@@ -1,0 +1,127 @@
+"""The real quillon.exe from the installation tree with a document: opened from the command line, typed
+into, saved with Ctrl+S and read back; Go To Line with Ctrl+G; a missing file; screenshots of the main
+window and of the About box, checked for the fixed-pitch font, the wrap and the bold lines."""
+import os
+import re
+import unittest
+
+import harness as h
+
+TITLE_TAIL = " - Quillon"
+
+
+def tearDownModule():
+    h.end_wine()
+
+
+def write(path, data):
+    with open(path, "wb") as f:
+        f.write(data)
+
+
+def read(path):
+    with open(path, "rb") as f:
+        return f.read()
+
+
+class Document(h.QuillonTestCase):
+    def open_file(self, name, data):
+        folder = h.scratch_dir(self.id().split(".")[-1])
+        path = os.path.join(folder, name)
+        write(path, data)
+        self.start(h.wine_path(path))
+        wid = h.wait_window(re.escape(name) + re.escape(TITLE_TAIL))
+        return path, wid
+
+    def saved(self, path, before):
+        """Waits until the file on disk differs from `before`; its new bytes."""
+        return h.eventually(lambda: read(path) if read(path) != before else None, what="the save of " + path)
+
+    def test_open_type_save_and_read_back(self):
+        original = "Gr\u00f6\u00dfe\nsecond line\nthird line".encode("utf-8")
+        path, wid = self.open_file("typed.txt", original)
+        self.assertIn(h.wine_path(path), h.window_name(wid), "the title shows the path")
+        h.key(wid, "ctrl+End")
+        h.type_text(wid, " and more")
+        h.key(wid, "ctrl+s")
+        data = self.saved(path, original)
+        self.assertEqual(data, "Gr\u00f6\u00dfe\r\nsecond line\r\nthird line and more".encode("utf-8"),
+                         "UTF-8 with CR-LF line ends and no byte-order mark")
+
+    def test_ctrl_g_goes_to_line_3(self):
+        original = b"".join(b"line %d\n" % i for i in range(1, 11))
+        path, wid = self.open_file("lines.txt", original)
+        h.key(wid, "ctrl+g")
+        dialog = h.wait_window("^Go To Line$", timeout=30)
+        h.screenshot("goto-dialog", dialog)
+        h.type_text(dialog, "3")
+        h.key(dialog, "Return")
+        h.eventually(lambda: not h.visible_titles().count("Go To Line"), what="the dialog to close")
+        h.type_text(wid, "X")
+        h.key(wid, "ctrl+s")
+        lines = self.saved(path, original).split(b"\r\n")
+        self.assertEqual(lines[2], b"Xline 3", "typed at the start of line 3: %r" % lines[:4])
+        self.assertEqual(lines[0], b"line 1")
+
+    def test_a_missing_file_gives_message_200_and_an_untitled_view(self):
+        folder = h.scratch_dir("missing")
+        path = os.path.join(folder, "nowhere.txt")
+        self.start(h.wine_path(path))
+        box = h.wait_window("^Quillon$", timeout=60)
+        h.screenshot("missing-file-box", box)
+        h.key(box, "Return")
+        h.wait_window("^Untitled" + re.escape(TITLE_TAIL))
+        self.assertFalse(os.path.exists(path), "nothing was written")
+
+    def test_main_window_shows_a_fixed_pitch_font_and_wraps(self):
+        text = "iiiiiiiiiiiiiiiiiiii\nWWWWWWWWWWWWWWWWWWWW\n" + "wrap " * 120 + "\nend\n"
+        _, wid = self.open_file("look.txt", text.encode("ascii"))
+        h.key(wid, "ctrl+Home")
+        image = h.eventually(lambda: self.text_area(h.screenshot("main-window", wid)), what="text in the view")
+        bands = image.text_lines(limit=200, gap=2)
+        self.assertGreaterEqual(len(bands), 5, "4 file lines, the long one wrapped: %r" % bands)
+        # both rows start at the view's margin; in a proportional font 20 i end far left of 20 W
+        end_i = image.ink_span(*bands[0], limit=200)[1]
+        end_w = image.ink_span(*bands[1], limit=200)[1]
+        self.assertGreater(end_i / float(end_w), 0.93,
+                           "20 i and 20 W are as wide in a fixed-pitch font: they end at x=%d and x=%d" % (end_i, end_w))
+        wrapped = [image.ink_span(*band) for band in bands[2:-1]]
+        self.assertGreaterEqual(len(wrapped), 2, "the long line takes several rows")
+        self.assertLess(max(span[1] for span in wrapped), image.width, "wrapped rows stay inside the view")
+
+    @staticmethod
+    def text_area(image):
+        """The view's client area: below the edge line that runs across the window under the menu bar."""
+        xs = range(10, image.width - 40, 7)
+        edge = next((y for y in range(image.height // 3)
+                     if sum(1 for x in xs if sum(image.pixel(x, y)) < 600) > 0.9 * len(xs)), None)
+        if edge is None:
+            return None
+        area = image.crop(4, edge + 3, image.width - 30, image.height - 4)
+        return area if area.text_lines() else None
+
+    def test_about_box_has_its_first_two_lines_bold(self):
+        _, wid = self.open_file("about.txt", b"about\n")
+        h.key(wid, "alt+h")
+        h.key(wid, "a")
+        about = h.wait_window("^About Quillon$", timeout=30)
+        image = h.screenshot("about-box", about)
+        # the texts start right of the icon and end above the OK button
+        texts = image.crop(image.width // 8, 0, image.width - 4, image.height * 3 // 4)
+        bands = texts.text_lines()
+        self.assertGreaterEqual(len(bands), 6, "copyright, build date and language lines: %r" % bands)
+
+        def density(band):
+            left, right = texts.ink_span(*band)
+            return texts.ink(*band) / float((right - left + 1) * (band[1] - band[0]))
+
+        bold = [density(b) for b in bands[:4]]
+        normal = [density(b) for b in bands[4:7]]
+        self.assertGreater(min(bold), max(normal) * 1.15,
+                           "name, copyright, rights and build date bold, language lines not: %r vs %r"
+                           % (bold, normal))
+        h.key(about, "Return")
+
+
+if __name__ == "__main__":
+    unittest.main()

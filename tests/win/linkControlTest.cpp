@@ -1,0 +1,167 @@
+// The link control in a real rich-edit window: anchors become blue underlined link text, the last
+// anchor is the link, the cursor is a hand over it only, and a left-button release opens its target.
+#include "quillonTestApp.h"
+
+#include "app/qwzCStaticWithLink.h"
+
+#include <gtest/gtest.h>
+
+#include <richedit.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+
+// Records what would have been opened instead of starting a browser.
+class RecordingLink : public qwzCStaticWithLink
+{
+public:
+    std::vector<std::string> opened;
+
+protected:
+    void openLink(const utString& url) override
+    {
+        opened.push_back(url.str());
+    }
+};
+
+class LinkControl : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        library_ = LoadLibraryW(L"Msftedit.dll");
+        ASSERT_NE(library_, nullptr);
+        host_ = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 500, 200, nullptr,
+                                nullptr, GetModuleHandleW(nullptr), nullptr);
+        control_ = CreateWindowExW(0, MSFTEDIT_CLASS, L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_READONLY, 10, 10,
+                                   460, 140, host_, reinterpret_cast<HMENU>(100), GetModuleHandleW(nullptr), nullptr);
+        ASSERT_NE(control_, nullptr);
+        ASSERT_TRUE(link_.attach(control_));
+    }
+    void TearDown() override
+    {
+        if (host_)
+            DestroyWindow(host_);
+    }
+
+    // Effects and colour of the character at `position`.
+    CHARFORMAT2W formatAt(LONG position)
+    {
+        SendMessageW(control_, EM_SETSEL, static_cast<WPARAM>(position), position + 1);
+        CHARFORMAT2W format = {};
+        format.cbSize = sizeof format;
+        format.dwMask = CFM_COLOR | CFM_UNDERLINE | CFM_LINK;
+        SendMessageW(control_, EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+        return format;
+    }
+
+    LRESULT notify(UINT mouseMessage, bool& handled)
+    {
+        ENLINK link = {};
+        link.nmhdr.hwndFrom = control_;
+        link.nmhdr.idFrom = 100;
+        link.nmhdr.code = EN_LINK;
+        link.msg = mouseMessage;
+        link.chrg = {link_.linkStart(), link_.linkEnd()};
+        LRESULT result = -1;
+        handled = link_.handleNotify(link.nmhdr, result);
+        return result;
+    }
+
+    HMODULE library_ = nullptr;
+    HWND host_ = nullptr;
+    HWND control_ = nullptr;
+    RecordingLink link_;
+};
+
+TEST_F(LinkControl, AnAnchorBecomesBlueUnderlinedLinkText)
+{
+    link_.setText(utString("Get it <a href=\"target\">here</a>."));
+    EXPECT_EQ(qw::textOf(control_), L"Get it here.");
+    EXPECT_EQ(link_.url().str(), "target");
+    EXPECT_EQ(link_.linkStart(), 7);
+    EXPECT_EQ(link_.linkEnd(), 11);
+    CHARFORMAT2W link = formatAt(8);
+    EXPECT_TRUE(link.dwEffects & CFE_UNDERLINE);
+    EXPECT_TRUE(link.dwEffects & CFE_LINK);
+    EXPECT_EQ(link.crTextColor, RGB(0, 0, 255));
+    CHARFORMAT2W plain = formatAt(2);
+    EXPECT_FALSE(plain.dwEffects & CFE_UNDERLINE);
+    EXPECT_FALSE(plain.dwEffects & CFE_LINK);
+    CHARFORMAT2W after = formatAt(11);
+    EXPECT_FALSE(after.dwEffects & CFE_LINK) << "the closing tag restores the default format";
+    const RECT& r = link_.linkRect();
+    EXPECT_GT(r.left, 0);
+    EXPECT_GT(r.right, r.left);
+    EXPECT_EQ(r.top, 0);
+    EXPECT_GT(r.bottom, r.top);
+    EXPECT_TRUE(SendMessageW(control_, EM_GETEVENTMASK, 0, 0) & ENM_LINK);
+}
+
+TEST_F(LinkControl, PositionsCountUtf16CharactersAndTheLastAnchorWins)
+{
+    link_.setText(utString("\xC3\xA4\xF0\x9F\x98\x80 <b>x</b> <a href=\"one\">1</a> <a href=\"two\">zwei</a>"));
+    EXPECT_EQ(qw::textOf(control_), L"\u00e4\U0001F600 x 1 zwei");
+    EXPECT_EQ(link_.url().str(), "two");
+    EXPECT_EQ(link_.linkStart(), 8);
+    EXPECT_EQ(link_.linkEnd(), 12);
+    EXPECT_TRUE(formatAt(6).dwEffects & CFE_LINK) << "the first anchor is drawn as a link too";
+    EXPECT_FALSE(formatAt(4).dwEffects & CFE_UNDERLINE) << "a dropped tag's contents are plain";
+}
+
+TEST_F(LinkControl, TextWithoutAnchorsHasNoLinkRectangle)
+{
+    link_.setText(utString("plain text, a < without its end"));
+    EXPECT_EQ(qw::textOf(control_), L"plain text, a ");
+    EXPECT_EQ(link_.url().str(), "");
+    const RECT& r = link_.linkRect();
+    EXPECT_TRUE(r.left == 0 && r.top == 0 && r.right == 0 && r.bottom == 0);
+}
+
+TEST_F(LinkControl, ALinkOnTheSecondLineIsMeasuredBelowTheFirst)
+{
+    link_.setText(utString("first line\r\n<a href=\"x\">link</a>"));
+    EXPECT_GT(link_.linkRect().top, 0);
+    EXPECT_EQ(link_.linkRect().left, 0);
+}
+
+TEST_F(LinkControl, OnlyTheLeftButtonsReleaseOpensTheTarget)
+{
+    link_.setText(utString("Get it <a href=\"https://example.invalid/q?a=1\">here</a>."));
+    bool handled = false;
+    EXPECT_EQ(notify(WM_LBUTTONDOWN, handled), 0);
+    EXPECT_TRUE(handled);
+    EXPECT_TRUE(link_.opened.empty());
+    notify(WM_MOUSEMOVE, handled);
+    notify(WM_RBUTTONUP, handled);
+    EXPECT_TRUE(link_.opened.empty());
+    EXPECT_EQ(notify(WM_LBUTTONUP, handled), 0);
+    ASSERT_EQ(link_.opened.size(), 1u);
+    EXPECT_EQ(link_.opened[0], "https://example.invalid/q?a=1");
+
+    NMHDR other = {control_, 100, EN_SELCHANGE};
+    LRESULT result = 0;
+    EXPECT_FALSE(link_.handleNotify(other, result)) << "other notifications are not the link's";
+}
+
+TEST_F(LinkControl, TheCursorIsAHandOverTheLinkOnly)
+{
+    link_.setText(utString("Get it <a href=\"target\">here</a>."));
+    RECT window;
+    GetWindowRect(control_, &window);
+    const RECT& r = link_.linkRect();
+    HCURSOR hand = LoadCursorW(nullptr, MAKEINTRESOURCEW(32649));
+    HCURSOR arrow = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));
+
+    SetCursorPos(window.left + (r.left + r.right) / 2, window.top + (r.top + r.bottom) / 2);
+    EXPECT_TRUE(SendMessageW(control_, WM_SETCURSOR, reinterpret_cast<WPARAM>(control_), HTCLIENT));
+    EXPECT_EQ(GetCursor(), hand);
+    SetCursorPos(window.left + r.right + 40, window.top + r.bottom + 40);
+    EXPECT_TRUE(SendMessageW(control_, WM_SETCURSOR, reinterpret_cast<WPARAM>(control_), HTCLIENT));
+    EXPECT_EQ(GetCursor(), arrow);
+}
+
+} // namespace

@@ -1,0 +1,88 @@
+// Test support for Quillon's window classes: a thread timer reaches into a modal dialog's own loop.
+#include "quillonTestApp.h"
+
+#include "app/qwzAppCatalog.h"
+#include "testSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace qw
+{
+
+namespace
+{
+
+std::function<void(HWND)> pendingAction;
+bool acted = false;
+
+BOOL CALLBACK findDialog(HWND window, LPARAM found)
+{
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (IsWindowVisible(window) && std::wstring(name) == L"#32770") {
+        *reinterpret_cast<HWND*>(found) = window;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+void CALLBACK onTimer(HWND, UINT, UINT_PTR id, DWORD)
+{
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), findDialog, reinterpret_cast<LPARAM>(&dialog));
+    if (!dialog || acted)
+        return;
+    KillTimer(nullptr, id);
+    acted = true;
+    pendingAction(dialog);
+}
+
+// The program domain is made once per process, with the catalog directory it finds then: point it at the
+// installed catalogs before any test translates, with translation off until a test asks for a language.
+class CatalogEnvironment : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        qt::setEnv("LC_ALL", "NoSuchLanguage");
+        qwzAppCatalog::setBaseDirectory(utString(installedLocale().c_str()));
+        qwzTheAppCatalog().start();
+        qt::setEnv("LC_ALL", nullptr);
+    }
+};
+
+testing::Environment* const catalogEnvironment = testing::AddGlobalTestEnvironment(new CatalogEnvironment);
+
+} // namespace
+
+std::string installedLocale()
+{
+    return qt::hostPath(qt::dataPath("../dist/Quillon/lib/locale"));
+}
+
+void whileModal(const std::function<void()>& open, const std::function<void(HWND)>& act)
+{
+    pendingAction = act;
+    acted = false;
+    UINT_PTR timer = SetTimer(nullptr, 0, 20, onTimer);
+    open();
+    if (!acted)
+        KillTimer(nullptr, timer);
+    EXPECT_TRUE(acted) << "no modal dialog came up";
+}
+
+std::wstring textOf(HWND window)
+{
+    std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    text.resize(static_cast<size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+std::wstring scratchFile(const std::string& dir, const std::wstring& name, const std::string& bytes)
+{
+    std::wstring path = wt::scratch(dir) + L"\\" + name;
+    wt::writeWide(path, bytes);
+    return path;
+}
+
+} // namespace qw
