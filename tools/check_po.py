@@ -270,6 +270,11 @@ def main(argv):
     entries, read_problems = parse_po(args.template)
     problems += read_problems
     template = {e.msgid: e for e in entries if e.msgid and not e.obsolete}
+    # the catalog's hash reads key bytes as signed chars and msgfmt's as unsigned: they agree on ASCII only
+    for msgid in template:
+        if not msgid.isascii():
+            problems.append(f"{args.template}: \"{show(msgid)}\" is not ASCII; an English text is a catalog key "
+                            "and must be ASCII to be found through the catalog's hash table")
     menu_items = [t for t in rc_texts(args.rc) if t.menu]
     for po in args.po:
         check_po(po, template, menu_items, problems)

@@ -206,6 +206,19 @@ class Consistency(unittest.TestCase):
                     self.assertIn(expected, r.stderr)
 
 
+class AsciiKeys(unittest.TestCase):
+    """An English text is a catalog key, and the catalog's hash agrees with msgfmt's on ASCII only."""
+
+    def test_a_non_ascii_english_text_is_refused(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            pot = Path(tmp) / "quillon.pot"
+            pot.write_text(POT.read_text(encoding="utf-8").replace('msgid "Untitled"', 'msgid "Untitl\u00e9d"'),
+                           encoding="utf-8")
+            r = check_po([], template=pot)
+            self.assertEqual(r.returncode, 1, r.stderr)
+            self.assertIn('"Untitl\u00e9d" is not ASCII', r.stderr)
+
+
 class NumberedInserts(unittest.TestCase):
     """The window framework's texts carry "%1"-style inserts, which no printf check sees."""
 
