@@ -36,12 +36,12 @@ def run(args, env=None, exe=EXE, timeout=60):
     return subprocess.run([str(WINE_RUN), str(exe), *args], capture_output=True, timeout=timeout, env=full_env)
 
 
-class UsageText(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        shutil.rmtree(SCRATCH, ignore_errors=True)
-        SCRATCH.mkdir(parents=True)
+def setUpModule():
+    shutil.rmtree(SCRATCH, ignore_errors=True)
+    SCRATCH.mkdir(parents=True)
 
+
+class UsageText(unittest.TestCase):
     def assertUsageOnStdout(self, args):
         done = run(args)
         self.assertEqual(done.returncode, 0, done.stderr)
