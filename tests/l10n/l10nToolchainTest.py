@@ -138,8 +138,8 @@ class PrintfConversions(unittest.TestCase):
                     po.write_text(edit_entry(original, msgid, set_msgstr(broken)), encoding="utf-8")
                     r = msgfmt(po, Path(tmp) / "de.mo")
                     self.assertNotEqual(r.returncode, 0, f"msgfmt accepted {broken!r}")
-                    self.assertRegex(r.stderr, "format specification|number of format specifications|"
-                                               "format specifications in 'msgid' and 'msgstr'")
+                    # msgfmt names the two texts whose conversions disagree
+                    self.assertIn("'msgid' and 'msgstr'", r.stderr)
 
     def test_positional_reordering_passes_msgfmt_but_not_the_check(self):
         # msgfmt takes "%2$d ... %1$d"; MinGW's printf does not, so the check refuses it
