@@ -1,6 +1,6 @@
-// The text document. A file is read with one read into a buffer of its size, rendered in place, converted
-// in one counting and one converting pass, and freed before the control copies the text, so that the
-// peak is the file plus its UTF-16 form, not more.
+// The text document. A file is read with one read into a buffer of its size, rendered in place, and
+// converted in one counting and one converting pass straight into the edit control's buffer; the bytes
+// are freed before the control lays the text out, so the peak is the file plus one UTF-16 copy.
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
