@@ -1,6 +1,6 @@
-// The text document. A file is read with one read into a buffer of its size, rendered in place, converted
-// in one counting and one converting pass, and freed before the control copies the text, so that the
-// peak is the file plus its UTF-16 form, not more.
+// The text document. A file is read with one read into a buffer of its size, rendered in place, and
+// converted in one counting and one converting pass straight into the edit control's buffer; the bytes
+// are freed before the control lays the text out, so the peak is the file plus one UTF-16 copy.
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
@@ -118,17 +118,16 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
         tellUser(IDS_FILE_HAS_NUL, path);
         return HasNul;
     }
-    qwzEditText text;
     std::size_t limit = view && view->hwnd()
                             ? static_cast<std::size_t>(SendMessageW(view->hwnd(), EM_GETLIMITTEXT, 0, 0))
                             : qwzEditText::maxUnits;
-    if (read == ReadResult::TooLarge ||
-        !text.assign(bytes.get(), qwzPercentRender::renderInPlace(bytes.get(), size), limit)) {
+    std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
+    std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length) : 0;
+    if (read == ReadResult::TooLarge || units > limit || units > qwzEditText::maxUnits ||
+        !qwzCEditOutput(view).writeFileText(std::move(bytes), length, units)) {
         tellUser(IDS_FILE_TOO_LARGE, path);
         return TooLarge;
     }
-    bytes.reset();
-    qwzCEditOutput(view).writeEditText(text);
     setDocumentPath(path);
     return Loaded;
 }

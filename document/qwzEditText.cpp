@@ -107,10 +107,16 @@ bool qwzEditText::assign(const char* utf8, std::size_t length, std::size_t limit
     units_.reset(new (std::nothrow) char16_t[units + 1]);
     if (!units_)
         return false;
+    size_ = convert(utf8, length, units_.get());
+    return true;
+}
+
+std::size_t qwzEditText::convert(const char* utf8, std::size_t length, char16_t* out)
+{
+    char16_t* const first = out;
     const auto* in = reinterpret_cast<const unsigned char*>(utf8);
-    char16_t* out = units_.get();
     std::size_t i = 0;
-    while (i < length) {
+    while (utf8 != nullptr && i < length) {
         unsigned char b = in[i];
         if (b < 0x80) {
             if (b == '\n' && (i == 0 || in[i - 1] != '\r'))
@@ -132,8 +138,7 @@ bool qwzEditText::assign(const char* utf8, std::size_t length, std::size_t limit
         }
     }
     *out = 0;
-    size_ = units;
-    return true;
+    return static_cast<std::size_t>(out - first);
 }
 
 void qwzEditText::clear()

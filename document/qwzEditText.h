@@ -24,6 +24,10 @@ public:
     // UTF-16 units that assign() would produce (CRs included).
     static std::size_t unitCount(const char* utf8, std::size_t length);
 
+    // Converts `utf8` into `out`, which has room for unitCount() units and a NUL; returns the units written.
+    // For callers that own the destination (an edit control's own buffer).
+    static std::size_t convert(const char* utf8, std::size_t length, char16_t* out);
+
     // Converts `utf8`; false (holder left empty) when the result would exceed `limit` units or memory is
     // short. A null or empty input gives the empty text.
     bool assign(const char* utf8, std::size_t length, std::size_t limit = maxUnits);
