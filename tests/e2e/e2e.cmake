@@ -1,14 +1,9 @@
 # The end-to-end tests: each tests/e2e/test_*.py is one CTest entry, run against the installation tree
-# in the build's own Wine prefix; DISPLAY comes from the xvfb-run around ctest. Only files built on harness.py
-# are registered here; others keep their own fragments.
+# in the build's own Wine prefix; DISPLAY comes from the xvfb-run around ctest.
 if(WIN32)
     file(GLOB e2e_files CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.py)
     foreach(f IN LISTS e2e_files)
         get_filename_component(name ${f} NAME_WE)
-        file(STRINGS ${f} uses_harness REGEX "^import harness")
-        if(NOT uses_harness)
-            continue()
-        endif()
         add_test(NAME e2e_${name} COMMAND ${Python3_EXECUTABLE} -m unittest -v ${name}
                  WORKING_DIRECTORY ${CMAKE_CURRENT_LIST_DIR})
         set_tests_properties(e2e_${name} PROPERTIES RUN_SERIAL TRUE TIMEOUT 600 ENVIRONMENT
