@@ -43,6 +43,10 @@ TEST(DocumentTest, NewDocumentIsUntitledAndUnmodified)
     EXPECT_TRUE(doc->pathName().empty());
     EXPECT_FALSE(doc->isModified());
     EXPECT_EQ(wt::narrow(caption(app)), "Untitled - winTests-doc");
+    // an unmodified document is replaced without a prompt
+    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57600, 0);
+    EXPECT_TRUE(app.boxes.empty());
+    EXPECT_EQ(doc->newCalls, 2);
 }
 
 TEST(DocumentTest, OpenAndSaveRoundTripExactBytesUnderNonAsciiNames)
@@ -203,15 +207,6 @@ TEST(DocumentTest, SavePromptAnswersOnNewOpenRecentAndClose)
     MSG msg;
     while (PeekMessageW(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
     }
-}
-
-TEST(DocumentTest, UnmodifiedDocumentIsReplacedWithoutAPrompt)
-{
-    TestApp app(L"winTests-doc");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57600, 0);
-    EXPECT_TRUE(app.boxes.empty());
-    EXPECT_EQ(testDoc(app)->newCalls, 2);
 }
 
 HGLOBAL makeDrop(const std::vector<std::wstring>& files)
