@@ -55,30 +55,24 @@ TEST(SafeSaveTest, SuccessReplacesOrCreatesTheContentAndLeavesOnlyTheTarget)
 // Each failure keeps the original and leaves no temporary file behind.
 TEST(SafeSaveTest, AReadOnlyLockedOrFullTargetFailsAndKeepsTheOriginal)
 {
-    struct Case {
-        const char* what;
+    const struct {
+        std::string what;
         int failedStep; // -1: not checked
         DWORD error;    // 0: not checked
-    };
-    const Case cases[] = {
-        {"read-only", -1, ERROR_ACCESS_DENIED},
-        {"locked", winSaveResult::Replace, 0},
-        {"full while writing", -1, ERROR_DISK_FULL},
-    };
-    for (const Case& c : cases) {
+    } cases[] = {
+        {"read-only", -1, ERROR_ACCESS_DENIED}, {"locked", winSaveResult::Replace, 0}, {"full", -1, ERROR_DISK_FULL}};
+    for (const auto& c : cases) {
         Fixture f("save-failure");
-        std::string what = c.what;
         HANDLE lock = INVALID_HANDLE_VALUE;
-        if (what == "read-only")
+        if (c.what == "read-only")
             ASSERT_TRUE(SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_READONLY));
-        if (what == "locked") {
+        if (c.what == "locked")
             lock = CreateFileW(f.path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-            ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-        }
-        if (what == "full while writing")
+        if (c.what == "full") // the disk fills while the temporary file is written
             winSafeSave::setTestHook([](winSafeSave::Point p, const std::wstring&) -> DWORD {
                 return p == winSafeSave::Point::TempWritten ? ERROR_DISK_FULL : ERROR_SUCCESS;
             });
+        ASSERT_EQ(lock == INVALID_HANDLE_VALUE, c.what != "locked") << "the lock was not taken";
         winSaveResult r = winSafeSave::write(f.path, replacement);
         winSafeSave::setTestHook(nullptr);
         if (lock != INVALID_HANDLE_VALUE)
