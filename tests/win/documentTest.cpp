@@ -190,8 +190,9 @@ TEST(DocumentTest, SavePromptAnswersOnNewOpenRecentAndClose)
             if (c.expectReplaced && std::string(c.action) != "new") {
                 EXPECT_EQ(doc->pathName(), other) << label;
                 EXPECT_EQ(doc->bytes, "other") << label;
-                if (std::string(c.action) == "open")
+                if (std::string(c.action) == "open") {
                     EXPECT_EQ(app.fileDialogsOpened, std::vector<bool>{true}) << label << ": Open asks for a file";
+                }
             }
         }
     }

@@ -64,8 +64,9 @@ TEST(SafeSaveTest, AReadOnlyLockedOrFullTargetFailsAndKeepsTheOriginal)
     for (const auto& c : cases) {
         Fixture f("save-failure");
         HANDLE lock = INVALID_HANDLE_VALUE;
-        if (c.what == "read-only")
+        if (c.what == "read-only") {
             ASSERT_TRUE(SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_READONLY));
+        }
         if (c.what == "locked")
             lock = CreateFileW(f.path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
         if (c.what == "full") // the disk fills while the temporary file is written
@@ -79,10 +80,12 @@ TEST(SafeSaveTest, AReadOnlyLockedOrFullTargetFailsAndKeepsTheOriginal)
             CloseHandle(lock);
         SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_NORMAL);
         EXPECT_FALSE(r.ok) << c.what;
-        if (c.failedStep >= 0)
+        if (c.failedStep >= 0) {
             EXPECT_EQ(r.failedStep, c.failedStep) << c.what << ": error " << r.error;
-        if (c.error)
+        }
+        if (c.error) {
             EXPECT_EQ(r.error, c.error) << c.what;
+        }
         EXPECT_EQ(wt::readWide(f.path), original) << c.what;
         EXPECT_EQ(f.files().size(), 1u) << c.what << ": a temporary file was left behind";
     }
