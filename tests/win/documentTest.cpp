@@ -45,7 +45,7 @@ TEST(DocumentTest, NewDocumentIsUntitledAndUnmodified)
     // an unmodified document is replaced without a prompt
     SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57600, 0);
     EXPECT_TRUE(app.boxes.empty());
-    EXPECT_EQ(doc->newCalls, 2);
+    EXPECT_EQ(testDoc(app)->newCalls, 2);
 }
 
 TEST(DocumentTest, OpenAndSaveRoundTripExactBytesUnderNonAsciiNames)
