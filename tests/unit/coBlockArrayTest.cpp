@@ -18,7 +18,7 @@ std::string numbered(const char* prefix, int i)
     return s;
 }
 
-TEST(coBlockArray, WritingElement256MakesTwoBlocks)
+TEST(coBlockArray, WritingElement256MakesTwoBlocksAndClearingKeepsThem)
 {
     coBlockArray<utString> a;
     EXPECT_EQ(a.size(), 0);
@@ -30,6 +30,12 @@ TEST(coBlockArray, WritingElement256MakesTwoBlocks)
     EXPECT_EQ(a.get(256).str(), "last");
     a.at(3) = utString("early");
     EXPECT_EQ(a.size(), 257) << "writing below the size keeps it";
+    a.clear(false);
+    EXPECT_EQ(a.size(), 0);
+    EXPECT_EQ(a.blockCount(), 2) << "clearing without freeing keeps the blocks";
+    a.at(0) = utString("y");
+    EXPECT_EQ(a.size(), 1);
+    EXPECT_EQ(a.blockCount(), 2);
 
     coBlockArray<int32_t> n;
     n.at(600) = 7;
@@ -98,18 +104,6 @@ TEST(coBlockArray, CopiesAcrossBlocksShareStrings)
     c = b;
     EXPECT_EQ(c.size(), 700);
     EXPECT_EQ(c.blockCount(), 3);
-}
-
-TEST(coBlockArray, ClearWithoutFreeingKeepsBlocks)
-{
-    coBlockArray<utString> a;
-    a.at(300) = utString("x");
-    a.clear(false);
-    EXPECT_EQ(a.size(), 0);
-    EXPECT_EQ(a.blockCount(), 2);
-    a.at(0) = utString("y");
-    EXPECT_EQ(a.size(), 1);
-    EXPECT_EQ(a.blockCount(), 2);
 }
 
 TEST(coPtrArray, GrowsByWholeSteps)

@@ -49,15 +49,12 @@ TEST(uiSaveString, AppendingGivesTheAppenderANewBufferAndLeavesOtherHolders)
     EXPECT_EQ(a.text(), old);
     EXPECT_STREQ(a.text(), "Quill");
     EXPECT_EQ(a.shares(), 1);
-}
 
-TEST(uiSaveString, AppendingNothingKeepsTheSharing)
-{
-    uiSaveString a("same");
-    uiSaveString b(a);
-    b.append("");
-    b.append(nullptr);
-    EXPECT_EQ(a.text(), b.text());
+    // appending nothing keeps the sharing
+    uiSaveString c(a);
+    c.append("");
+    c.append(nullptr);
+    EXPECT_EQ(a.text(), c.text());
     EXPECT_EQ(a.shares(), 2);
     uiSaveString empty;
     empty.append("grown");
@@ -141,7 +138,7 @@ TEST(nlsError, TextsForEveryCodeAndItsArguments)
     }
 }
 
-TEST(nlsError, ArgumentsStopAtFiveAndOutOfRangeIsMarked)
+TEST(nlsError, ArgumentsStopAtFiveOutOfRangeIsMarkedAndPrintWritesALine)
 {
     nlsError error(5120);
     EXPECT_STREQ(error.argument(0).text(), "Internal range error");
@@ -151,17 +148,10 @@ TEST(nlsError, ArgumentsStopAtFiveAndOutOfRangeIsMarked)
     EXPECT_STREQ(error.argument(4).text(), "5");
     EXPECT_STREQ(error.argument(5).text(), "Internal range error");
     EXPECT_STREQ(error.argument(-1).text(), "Internal range error");
-}
-
-TEST(nlsError, PrintWritesTheTextAndALineEndToStandardOutput)
-{
-    nlsError error(5120);
-    error.addArgument("quillon");
-    error.addArgument("Klingon");
     testing::internal::CaptureStdout();
     error.print();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "NLS Warning: Catalog <quillon> failed to load for language <Klingon>\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "NLS Warning: Catalog <1> failed to load for language <2>\n")
+        << "print writes the text and a line end to standard output";
 }
 
 // A facet that groups by three with ",", standing in for a locale that groups digits.

@@ -20,7 +20,7 @@ std::string show(const utString& s)
     return quoted;
 }
 
-TEST(utStringSharing, BorrowingKeepsTheCallersBufferAndCopyOfOwnsItsOwn)
+TEST(utStringSharing, BorrowingKeepsTheCallersBufferUntilAWriteAndCopyOfOwnsItsOwn)
 {
     char buffer[] = "borrowed";
     utString borrowed(buffer);
@@ -30,6 +30,12 @@ TEST(utStringSharing, BorrowingKeepsTheCallersBufferAndCopyOfOwnsItsOwn)
     buffer[0] = 'B';
     EXPECT_EQ(show(borrowed), "\"Borrowed\"");
     EXPECT_EQ(show(owned), "\"borrowed\"");
+    // writing to a borrowed text copies it first
+    char* w = borrowed.writableText();
+    EXPECT_NE(w, buffer);
+    w[1] = 'O';
+    EXPECT_STREQ(buffer, "Borrowed");
+    EXPECT_EQ(show(borrowed), "\"BOrrowed\"");
 }
 
 TEST(utStringSharing, CopiesShareAndAWriteSeparatesThem)
@@ -49,17 +55,6 @@ TEST(utStringSharing, CopiesShareAndAWriteSeparatesThem)
     const char* before = b.text();
     b.writableText()[1] = 'H';
     EXPECT_EQ(b.text(), before);
-}
-
-TEST(utStringSharing, WritingToABorrowedTextCopiesIt)
-{
-    const char* literal = "literal";
-    utString s(literal);
-    char* w = s.writableText();
-    EXPECT_NE(w, literal);
-    w[0] = 'L';
-    EXPECT_STREQ(literal, "literal");
-    EXPECT_EQ(show(s), "\"Literal\"");
 }
 
 TEST(utStringSharing, SelfAssignmentAndAssignmentAmongSharersKeepTheText)

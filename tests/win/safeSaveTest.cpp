@@ -39,62 +39,56 @@ struct Fixture {
     }
 };
 
-TEST(SafeSaveTest, SuccessReplacesTheContentAndLeavesOnlyTheTarget)
+TEST(SafeSaveTest, SuccessReplacesOrCreatesTheContentAndLeavesOnlyTheTarget)
 {
-    Fixture f("save-ok");
-    winSaveResult r = winSafeSave::write(f.path, replacement);
-    ASSERT_TRUE(r.ok) << "step " << r.failedStep << " error " << r.error;
-    EXPECT_EQ(wt::readWide(f.path), replacement);
-    EXPECT_EQ(f.files(), std::vector<std::wstring>{L"doc \u00fc.txt"});
+    for (bool existing : {true, false}) {
+        Fixture f(existing ? "save-ok" : "save-new", existing);
+        for (const std::string& bytes : {replacement, std::string()}) {
+            winSaveResult r = winSafeSave::write(f.path, bytes);
+            ASSERT_TRUE(r.ok) << "step " << r.failedStep << " error " << r.error;
+            EXPECT_EQ(wt::readWide(f.path), bytes) << "existing " << existing;
+            EXPECT_EQ(f.files(), std::vector<std::wstring>{L"doc \u00fc.txt"}) << "existing " << existing;
+        }
+    }
 }
 
-TEST(SafeSaveTest, ANewFileIsCreatedAndAnEmptySaveEmptiesTheFile)
+// Each failure keeps the original and leaves no temporary file behind.
+TEST(SafeSaveTest, AReadOnlyLockedOrFullTargetFailsAndKeepsTheOriginal)
 {
-    Fixture f("save-new", false);
-    ASSERT_TRUE(winSafeSave::write(f.path, replacement).ok);
-    EXPECT_EQ(wt::readWide(f.path), replacement);
-    ASSERT_TRUE(winSafeSave::write(f.path, "").ok);
-    EXPECT_EQ(wt::readWide(f.path), "");
-    EXPECT_EQ(f.files().size(), 1u);
-}
-
-TEST(SafeSaveTest, AReadOnlyTargetFailsAndKeepsTheOriginal)
-{
-    Fixture f("save-readonly");
-    ASSERT_TRUE(SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_READONLY));
-    winSaveResult r = winSafeSave::write(f.path, replacement);
-    SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.error, DWORD(ERROR_ACCESS_DENIED));
-    EXPECT_EQ(wt::readWide(f.path), original);
-    EXPECT_EQ(f.files().size(), 1u) << "a temporary file was left behind";
-}
-
-TEST(SafeSaveTest, ALockedTargetFailsAndKeepsTheOriginal)
-{
-    Fixture f("save-locked");
-    HANDLE lock = CreateFileW(f.path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    winSaveResult r = winSafeSave::write(f.path, replacement);
-    CloseHandle(lock);
-    EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.failedStep, winSaveResult::Replace) << "error " << r.error;
-    EXPECT_EQ(wt::readWide(f.path), original);
-    EXPECT_EQ(f.files().size(), 1u) << "a temporary file was left behind: " << wt::narrow(f.files().back());
-}
-
-TEST(SafeSaveTest, AFullDiskWhileWritingKeepsTheOriginal)
-{
-    Fixture f("save-full");
-    winSafeSave::setTestHook([](winSafeSave::Point p, const std::wstring&) -> DWORD {
-        return p == winSafeSave::Point::TempWritten ? ERROR_DISK_FULL : ERROR_SUCCESS;
-    });
-    winSaveResult r = winSafeSave::write(f.path, replacement);
-    winSafeSave::setTestHook(nullptr);
-    EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.error, DWORD(ERROR_DISK_FULL));
-    EXPECT_EQ(wt::readWide(f.path), original);
-    EXPECT_EQ(f.files().size(), 1u) << "a temporary file was left behind";
+    const struct {
+        std::string what;
+        int failedStep; // -1: not checked
+        DWORD error;    // 0: not checked
+    } cases[] = {
+        {"read-only", -1, ERROR_ACCESS_DENIED}, {"locked", winSaveResult::Replace, 0}, {"full", -1, ERROR_DISK_FULL}};
+    for (const auto& c : cases) {
+        Fixture f("save-failure");
+        HANDLE lock = INVALID_HANDLE_VALUE;
+        if (c.what == "read-only") {
+            ASSERT_TRUE(SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_READONLY));
+        }
+        if (c.what == "locked")
+            lock = CreateFileW(f.path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        if (c.what == "full") // the disk fills while the temporary file is written
+            winSafeSave::setTestHook([](winSafeSave::Point p, const std::wstring&) -> DWORD {
+                return p == winSafeSave::Point::TempWritten ? ERROR_DISK_FULL : ERROR_SUCCESS;
+            });
+        ASSERT_EQ(lock == INVALID_HANDLE_VALUE, c.what != "locked") << "the lock was not taken";
+        winSaveResult r = winSafeSave::write(f.path, replacement);
+        winSafeSave::setTestHook(nullptr);
+        if (lock != INVALID_HANDLE_VALUE)
+            CloseHandle(lock);
+        SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        EXPECT_FALSE(r.ok) << c.what;
+        if (c.failedStep >= 0) {
+            EXPECT_EQ(r.failedStep, c.failedStep) << c.what << ": error " << r.error;
+        }
+        if (c.error) {
+            EXPECT_EQ(r.error, c.error) << c.what;
+        }
+        EXPECT_EQ(wt::readWide(f.path), original) << c.what;
+        EXPECT_EQ(f.files().size(), 1u) << c.what << ": a temporary file was left behind";
+    }
 }
 
 TEST(SafeSaveTest, ADocumentSaveThatFailsTellsTheUserWhichFileAndWhy)

@@ -3,8 +3,6 @@
 
 #include "testSupport.h"
 
-#include <cstdio>
-
 namespace wt
 {
 
@@ -59,27 +57,15 @@ std::wstring scratch(const std::string& name)
     return winText::fromUtf8(qt::scratchDir(name));
 }
 
+// By UTF-8 name through the C library: the test programs run with the UTF-8 code page of the manifest.
 std::string readWide(const std::wstring& path)
 {
-    std::FILE* f = _wfopen(path.c_str(), L"rb");
-    if (!f)
-        return "<missing>";
-    std::string bytes;
-    char buf[65536];
-    size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0)
-        bytes.append(buf, n);
-    std::fclose(f);
-    return bytes;
+    return existsWide(path) ? qt::readFile(narrow(path)) : "<missing>";
 }
 
 void writeWide(const std::wstring& path, const std::string& bytes)
 {
-    std::FILE* f = _wfopen(path.c_str(), L"wb");
-    if (!f)
-        return;
-    std::fwrite(bytes.data(), 1, bytes.size(), f);
-    std::fclose(f);
+    qt::writeFile(narrow(path), bytes);
 }
 
 bool existsWide(const std::wstring& path)

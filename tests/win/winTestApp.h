@@ -53,7 +53,8 @@ public:
 
 // A scratch directory as a wide path.
 std::wstring scratch(const std::string& name);
-// Whole-file read and write by wide name (_wfopen), independent of winSafeSave.
+// Whole-file read and write by wide name (the qt:: helpers under the UTF-8 code page), independent of
+// winSafeSave. readWide answers "<missing>" for a file that is not there.
 std::string readWide(const std::wstring& path);
 void writeWide(const std::wstring& path, const std::string& bytes);
 bool existsWide(const std::wstring& path);
