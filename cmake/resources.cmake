@@ -39,6 +39,7 @@ add_custom_command(
 
 set(po_files)
 set(mo_files)
+set(QUILLON_LANGUAGE_MAP "") # "de=German,fr=French,...", for the tool chain's test
 list(LENGTH QUILLON_LANGUAGES n)
 math(EXPR last "${n} - 1")
 foreach(i RANGE 0 ${last} 2)
@@ -47,7 +48,9 @@ foreach(i RANGE 0 ${last} 2)
     list(GET QUILLON_LANGUAGES ${j} language)
     list(APPEND po_files ${CMAKE_SOURCE_DIR}/locale/${code}.po)
     list(APPEND mo_files ${QUILLON_LOCALE_DIR}/${language}/LC_MESSAGES/quillon.mo)
+    string(APPEND QUILLON_LANGUAGE_MAP "${code}=${language},")
 endforeach()
+string(REGEX REPLACE ",$" "" QUILLON_LANGUAGE_MAP "${QUILLON_LANGUAGE_MAP}")
 
 # every .po is checked, also one not (yet) in the list above: the test then names the stray one
 file(GLOB all_po_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/locale/*.po)
