@@ -3,25 +3,11 @@
 #include "app/qwzCAboutDlg.h"
 
 #include <clocale>
-#include <ctime>
 
 #include "app/qwzCText.h"
 #include "app/qwzVersionInfo.h"
 #include "res/resource.h"
 #include "resourceIds.h"
-
-namespace
-{
-
-int localYear()
-{
-    std::time_t now = std::time(nullptr);
-    std::tm local = {};
-    localtime_s(&local, &now);
-    return local.tm_year + 1900;
-}
-
-} // namespace
 
 qwzCAboutDlg::qwzCAboutDlg(HWND parent) : qwzCDialog(IDD_ABOUTBOX, parent)
 {
@@ -35,14 +21,6 @@ qwzCAboutDlg::~qwzCAboutDlg()
         DeleteObject(boldFont_);
 }
 
-utString qwzCAboutDlg::copyrightText(int year)
-{
-    const qwzVersionInfo& version = qwzVersionInfo::instance();
-    return version.displayName + utString("\n") +
-           translateFormat(platform::loadString(IDS_COPYRIGHT_NOTICE).c_str(), year) + utString("\n") +
-           translate(platform::loadString(IDS_ALL_RIGHTS_RESERVED).c_str());
-}
-
 bool qwzCAboutDlg::OnInitDialog()
 {
     qwzCDialog::OnInitDialog();
@@ -51,7 +29,7 @@ bool qwzCAboutDlg::OnInitDialog()
     const char* timeLocale = std::setlocale(LC_TIME, nullptr);
 
     SetWindowTextW(hwnd(), qwzMessage(IDS_ABOUT_CAPTION, version.productName.c_str()).c_str());
-    setItemText(IDC_ABOUT_COPYRIGHT, qwzWide(copyrightText(localYear())));
+    setItemText(IDC_ABOUT_COPYRIGHT, qwzWide(version.copyrightText()));
     setItemText(IDC_ABOUT_BUILD_DATE, qwzMessage(IDS_BUILD_DATE, version.buildDate.c_str()));
     setItemText(IDC_ABOUT_LANGUAGE, qwzMessage(IDS_LANGUAGE_INFO, catalog.requestedLanguage().c_str(),
                                                catalog.usedLanguage().c_str(), timeLocale ? timeLocale : ""));

@@ -11,10 +11,6 @@ public:
     explicit qwzCAboutDlg(HWND parent = nullptr);
     ~qwzCAboutDlg() override;
 
-    // The copyright text: the version record's display name, the notice up to `year`, "All rights
-    // reserved", translated, one per line.
-    static utString copyrightText(int year);
-
 protected:
     bool OnInitDialog() override;
 

@@ -4,8 +4,11 @@
 
 #include <ctime>
 
+#include "app/qwzAppCatalog.h"
 #include "buildDate.h"
 #include "foundation/utProductDescription.h"
+#include "platform/platform.h"
+#include "resourceIds.h"
 
 namespace
 {
@@ -51,9 +54,9 @@ qwzVersionInfo& qwzVersionInfo::instance()
 
 utString qwzVersionInfo::copyrightText() const
 {
-    char notice[64];
-    std::snprintf(notice, sizeof notice, "Copyright (C) 2000-%d Tarvik", localYear());
-    return displayName + utString("\n") + utString::copyOf(notice) + utString("\nAll rights reserved");
+    return displayName + utString("\n") +
+           translateFormat(platform::loadString(IDS_COPYRIGHT_NOTICE).c_str(), localYear()) + utString("\n") +
+           translate(platform::loadString(IDS_ALL_RIGHTS_RESERVED).c_str());
 }
 
 void qwzVersionInfo::readProductFile(const utString& productDir)

@@ -17,7 +17,8 @@ struct qwzVersionInfo {
 
     static qwzVersionInfo& instance();
 
-    // displayName, the copyright notice up to this year's local clock, and "All rights reserved".
+    // displayName, the copyright notice up to this year's local clock, and "All rights reserved", the last
+    // two translated.
     utString copyrightText() const;
 
     // Reads <productDir>\product into the names; a missing or unreadable file marks displayName.
