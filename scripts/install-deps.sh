@@ -21,5 +21,7 @@ sudo=""
 [ "$(id -u)" -eq 0 ] || sudo="sudo"
 export DEBIAN_FRONTEND=noninteractive
 # wine's 32-bit half is not needed: the product is a 64-bit program.
-$sudo apt-get update -qq
-$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+# several builds on one machine may install at once: wait for dpkg's lock rather than fail
+apt=(apt-get -o DPkg::Lock::Timeout=900 -y -qq)
+$sudo "${apt[@]}" update
+$sudo "${apt[@]}" install --no-install-recommends "${missing[@]}"

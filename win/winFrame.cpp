@@ -168,6 +168,16 @@ void winFrame::updateTitle()
     SetWindowTextW(hwnd(), caption.c_str());
 }
 
+std::wstring winFrame::messageText() const
+{
+    return messageText_;
+}
+
+void winFrame::setMessageText(const std::wstring& text)
+{
+    messageText_ = text;
+}
+
 void winFrame::replaceMenu(HMENU menu)
 {
     HMENU old = GetMenu(hwnd());

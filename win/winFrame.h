@@ -62,6 +62,10 @@ public:
     // Routes an update request the same way; true when some target claimed the command.
     bool routeUpdateCommand(unsigned id, winCommandState& state);
 
+    // The text of the status bar's message pane; kept (and returned) by a frame without a status bar too.
+    virtual std::wstring messageText() const;
+    virtual void setMessageText(const std::wstring& text);
+
     // Sizes the bars and the view to the client area.
     void recalcLayout();
 
@@ -100,4 +104,5 @@ private:
     HACCEL accelerators_ = nullptr;
     unsigned resourceId_ = 0;
     std::wstring appTitle_;
+    std::wstring messageText_;
 };
