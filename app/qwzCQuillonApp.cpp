@@ -113,6 +113,15 @@ bool qwzCQuillonApp::onCommand(unsigned id)
     return winApp::onCommand(id);
 }
 
+bool qwzCQuillonApp::onUpdateCommand(unsigned id, winCommandState& state)
+{
+    if (id == appAboutCommand) {
+        state.enabled = true;
+        return true;
+    }
+    return winApp::onUpdateCommand(id, state);
+}
+
 void qwzCQuillonApp::onAppAbout()
 {
     winFrame* frame = mainFrame();

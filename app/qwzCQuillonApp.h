@@ -18,6 +18,7 @@ public:
     bool initInstance() override;
     int exitInstance() override;
     bool onCommand(unsigned id) override;
+    bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
     // Runs the About box modally over the main window.
     void onAppAbout();
