@@ -173,6 +173,12 @@ bool qwzCMainFrame::onUpdateCommand(unsigned id, winCommandState& state)
     return winFrame::onUpdateCommand(id, state);
 }
 
+std::wstring qwzCMainFrame::commandString(unsigned id) const
+{
+    std::string english = platform::loadString(id);
+    return english.empty() ? std::wstring() : qwzWide(translate(english.c_str()));
+}
+
 std::wstring qwzCMainFrame::helpFile() const
 {
     return qwzWide(installDir(Help)) + L"\\quillon.chm";

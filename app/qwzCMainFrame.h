@@ -43,6 +43,9 @@ public:
     // The help file: the installation tree's help folder + "\quillon.chm".
     virtual std::wstring helpFile() const;
 
+    // Prompts and tooltips: string `id` through the application's catalog.
+    std::wstring commandString(unsigned id) const override;
+
 protected:
     bool OnCreate(const CREATESTRUCTW& cs) override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;

@@ -23,12 +23,12 @@ struct EdgeStyle {
 
 using C = platform::SystemColour;
 const EdgeStyle edgeStyles[] = {
-    {C::ButtonFace, C::ButtonFace, C::ButtonFace, C::ButtonFace},           // 0 flat: the button face
-    {C::ButtonHighlight, C::WindowFrame, C::ButtonFace, C::ButtonFace},     // 1 thin raised
-    {C::ButtonShadow, C::ButtonHighlight, C::ButtonFace, C::ButtonFace},    // 2 thin sunken
+    {C::ButtonFace, C::ButtonFace, C::ButtonFace, C::ButtonFace},              // 0 flat: the button face
+    {C::ButtonHighlight, C::WindowFrame, C::ButtonFace, C::ButtonFace},        // 1 thin raised
+    {C::ButtonShadow, C::ButtonHighlight, C::ButtonFace, C::ButtonFace},       // 2 thin sunken
     {C::ButtonHighlight, C::WindowFrame, C::ButtonHighlight, C::ButtonShadow}, // 3 raised
-    {C::ButtonShadow, C::ButtonHighlight, C::WindowFrame, C::ButtonFace},   // 4 sunken
-    {C::WindowFrame, C::WindowFrame, C::ButtonFace, C::ButtonFace},         // 5 framed
+    {C::ButtonShadow, C::ButtonHighlight, C::WindowFrame, C::ButtonFace},      // 4 sunken
+    {C::WindowFrame, C::WindowFrame, C::ButtonFace, C::ButtonFace},            // 5 framed
 };
 
 int channel(const Rgb& c, int i)
@@ -153,8 +153,10 @@ void qwzDib::recolour(Rgb dark, Rgb middle, Rgb light, Rgb key, int threshold)
 
 qwzDib qwzDib::scaled(int width, int height) const
 {
+    if (pixels_.empty())
+        return {};
     qwzDib out(width, height, Rgb{}, 0);
-    if (pixels_.empty() || out.pixels_.empty())
+    if (out.pixels_.empty())
         return out;
     auto source = [](int i, int from, int to) {
         double s = (i + 0.5) * from / to - 0.5;

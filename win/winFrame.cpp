@@ -232,15 +232,20 @@ void winFrame::loadBarState()
     recalcLayout();
 }
 
+std::wstring winFrame::commandString(unsigned id) const
+{
+    return winText::load(id);
+}
+
 void winFrame::GetMessageString(unsigned id, std::wstring& text) const
 {
-    std::wstring whole = winText::load(id);
+    std::wstring whole = commandString(id);
     text = whole.substr(0, whole.find(L'\n'));
 }
 
 std::wstring winFrame::tooltipText(unsigned id) const
 {
-    std::wstring whole = winText::load(id);
+    std::wstring whole = commandString(id);
     size_t cut = whole.find(L'\n');
     return cut == std::wstring::npos ? whole : whole.substr(cut + 1);
 }

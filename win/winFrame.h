@@ -94,11 +94,14 @@ public:
     void showBar(unsigned barId, bool show);
     bool barVisible(unsigned barId) const;
 
-    // The status-bar prompt of command `id`: its string, translated, up to the first "\n" (all of it
-    // without one); empty when there is no string.
-    virtual void GetMessageString(unsigned id, std::wstring& text) const;
-    // The tooltip of command `id`: its string, translated, after the first "\n" (all of it without one).
-    virtual std::wstring tooltipText(unsigned id) const;
+    // The status-bar prompt of command `id`: its string up to the first "\n" (all of it without one);
+    // empty when there is no string.
+    void GetMessageString(unsigned id, std::wstring& text) const;
+    // The tooltip of command `id`: its string after the first "\n" (all of it without one).
+    std::wstring tooltipText(unsigned id) const;
+    // The translated string-table text of command `id` that prompt and tooltip are cut from; empty when
+    // there is none.
+    virtual std::wstring commandString(unsigned id) const;
 
     // Brings the toolbar's button states and the key indicators up to date; the application calls it
     // whenever it falls idle.

@@ -101,7 +101,8 @@ RECT winToolBar::gripperRect() const
 
 void winToolBar::place(RECT& client)
 {
-    if (!hwnd() || !IsWindowVisible(hwnd()))
+    // the style, not IsWindowVisible: the frame lays out before it is first shown
+    if (!hwnd() || !(GetWindowLongW(hwnd(), GWL_STYLE) & WS_VISIBLE))
         return;
     DWORD size = DWORD(SendMessageW(hwnd(), TB_GETBUTTONSIZE, 0, 0));
     RECT m = nonClientMargins();
