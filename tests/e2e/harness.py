@@ -15,6 +15,7 @@ EXE = os.path.join(DIST_DIR, "sys", "exec", "quillon.exe")
 WINEPREFIX = os.environ.get("QUILLON_WINEPREFIX", os.path.join(BUILD_DIR, "wineprefix"))
 ARTIFACTS = os.environ.get("QUILLON_E2E_ARTIFACTS", os.path.join(BUILD_DIR, "e2e-artifacts"))
 WINE_RUN = os.path.join(SOURCE_DIR, "cmake", "wine-run.sh")
+PROBE = os.environ.get("QUILLON_PROBE", os.path.join(BUILD_DIR, "tests", "e2e_probe.exe"))
 WINESERVER = next((p for p in ("/usr/lib/wine/wineserver64", "/usr/lib/wine/wineserver") if os.path.exists(p)),
                   "wineserver")
 
@@ -222,6 +223,26 @@ class Image:
 
     def ink(self, top, bottom, limit=100):
         return sum(1 for y in range(top, bottom) for x in range(self.width) if self.dark(x, y, limit))
+
+
+def probe(title_part, prefix=None):
+    """The first visible top-level window whose title holds `title_part`, then its children, read from
+    outside by e2e_probe.exe (in `prefix`, default the build's): dicts with kind ("window" or "child"), id,
+    cls, x, y, w, h, visible, count (toolbar buttons, status-bar parts) and text. [] when none matches."""
+    env = {"WINEPREFIX": prefix, "QUILLON_WINEPREFIX": prefix} if prefix else None
+    done = subprocess.run([WINE_RUN, PROBE, title_part], env=wine_env(env), capture_output=True, timeout=120)
+    rows = []
+    for line in done.stdout.decode("utf-8", "replace").splitlines():
+        f = line.rstrip("\r").split("\t")
+        if len(f) >= 10:
+            rows.append({"kind": f[0], "id": int(f[1]), "cls": f[2], "x": int(f[3]), "y": int(f[4]), "w": int(f[5]),
+                         "h": int(f[6]), "visible": f[7] == "1", "count": int(f[8]), "text": "\t".join(f[9:])})
+    return rows
+
+
+def control(rows, control_id):
+    """The child with `control_id` among probe() rows, or None."""
+    return next((r for r in rows if r["kind"] == "child" and r["id"] == control_id), None)
 
 
 def end_wine():
