@@ -90,19 +90,20 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
         return false;
     if (!statusBar_.create(hwnd(), statusBarId) || !statusBar_.setIndicators(indicators))
         return false;
-    qwzCMenu menu;
-    menuTranslated_ = menu.load(resourceId);
-    replaceMenu(menuTranslated_ ? menu.detach() : nullptr);
     if (menuTranslated_) {
         toolBar_.enableDocking(true);
         toolBar_.setSide(winToolBar::Side::Top);
         setAppTitle(qwzWide(qwzVersionInfo::instance().fullName));
     }
     setBars(&toolBar_, &statusBar_);
-    // a hidden window gets no WM_SIZE before it is shown: size the view now, so that a file opened
-    // before the first show is wrapped once, at the real width
-    recalcLayout();
     return true;
+}
+
+HMENU qwzCMainFrame::loadMenu(unsigned id)
+{
+    qwzCMenu menu;
+    menuTranslated_ = menu.load(id);
+    return menuTranslated_ ? menu.detach() : nullptr;
 }
 
 bool qwzCMainFrame::makeImages(UINT dpi)

@@ -47,6 +47,8 @@ public:
     std::wstring commandString(unsigned id) const override;
 
 protected:
+    // Menu 128 translated; null (no menu) when it can't be loaded or translated.
+    HMENU loadMenu(unsigned resourceId) override;
     bool OnCreate(const CREATESTRUCTW& cs) override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 

@@ -84,7 +84,7 @@ bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& v
     document_ = &document;
     view_ = &view;
     HINSTANCE instance = GetModuleHandleW(nullptr);
-    HMENU menu = hasResource(resourceId, RT_MENU) ? LoadMenuW(instance, MAKEINTRESOURCEW(resourceId)) : nullptr;
+    HMENU menu = loadMenu(resourceId);
     if (hasResource(resourceId, RT_ACCELERATOR))
         accelerators_ = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(resourceId));
     if (!createWindow(0, appTitle_, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
@@ -158,6 +158,12 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     return winWindow::HandleMessage(msg, wParam, lParam);
 }
 
+HMENU winFrame::loadMenu(unsigned resourceId)
+{
+    return hasResource(resourceId, RT_MENU) ? LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resourceId))
+                                            : nullptr;
+}
+
 bool winFrame::OnCreate(const CREATESTRUCTW&)
 {
     return view_ && view_->create(hwnd());
@@ -229,7 +235,6 @@ void winFrame::loadBarState()
         toolBar_->setSide(state.toolBarSide);
     ShowWindow(toolBar_->hwnd(), state.toolBarVisible ? SW_SHOWNA : SW_HIDE);
     ShowWindow(statusBar_->hwnd(), state.statusBarVisible ? SW_SHOWNA : SW_HIDE);
-    recalcLayout();
 }
 
 std::wstring winFrame::commandString(unsigned id) const

@@ -125,6 +125,10 @@ protected:
     void PreRegisterClass(WNDCLASSEXW& wc) override;
     LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
+    // The menu the window is created with (the window owns it); the default loads menu `resourceId`, null
+    // when there is none. A subclass that translates its menu does it here, so that the menu bar is laid
+    // out once, at creation.
+    virtual HMENU loadMenu(unsigned resourceId);
     // Creation after the window exists: creates the view. Subclasses add bars here (call the base first).
     // False makes creation fail.
     virtual bool OnCreate(const CREATESTRUCTW& cs);

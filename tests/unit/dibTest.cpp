@@ -39,7 +39,12 @@ TEST(Dib, RecolourSpreadsBrightPixelsUpAndDarkPixelsDown)
         // threshold (77 * 200 + 151 * 150 + 28 * 100) / 256 = 159, each channel on its own
         {"below, per channel", {10, 20, 30}, {200, 150, 100}, {250, 250, 250}, 0, {40, 40, 40}, {57, 52, 47}},
         {"above, per channel", {10, 20, 30}, {200, 150, 100}, {250, 250, 250}, 0, white, {249, 248, 248}},
-        {"negative steps truncate toward zero", {0, 0, 0}, {200, 150, 100}, {100, 100, 100}, 0, {200, 200, 200},
+        {"negative steps truncate toward zero",
+         {0, 0, 0},
+         {200, 150, 100},
+         {100, 100, 100},
+         0,
+         {200, 200, 200},
          {158, 129, 100}},
         {"a given threshold is kept", grey128, grey192, white, 100, {100, 100, 100}, {192, 192, 192}},
         // a black middle computes threshold 0, and 256 - 0 is 0 modulo 256
