@@ -18,7 +18,7 @@ if(WIN32)
     add_custom_target(dist
         COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/dist/package.py --tree ${QUILLON_DIST}
                 --icon ${QUILLON_ICON} --version ${PROJECT_VERSION} --out ${CMAKE_BINARY_DIR}/dist
-                --state ${CMAKE_BINARY_DIR}/signing
+                --signing ${CMAKE_BINARY_DIR}/signing
         COMMENT "Packaging Quillon ${PROJECT_VERSION}"
         VERBATIM)
     # everything that lays out the tree comes first

@@ -7,10 +7,10 @@ A release is signed with the key and certificate named by the environment:
   QUILLON_SIGN_PASSFILE   optional: a file holding the key's password
   QUILLON_SIGN_TIMESTAMP  optional: an RFC 3161 time-stamp server, so the signature outlives the certificate
 Without them, the build signs with a test certificate authority and code-signing certificate that it makes
-itself in STATE_DIR on first use and never commits. The authority's key is thrown away once it has issued
+itself in SIGNING_DIR on first use and never commits. The authority's key is thrown away once it has issued
 the signing certificate, so nothing else can ever be signed under it.
 
-usage: sign.py --state STATE_DIR FILE...
+usage: sign.py --signing SIGNING_DIR FILE...
 """
 import argparse
 import os
@@ -60,13 +60,13 @@ def run(args, **kwargs):
     return done
 
 
-def make_test_identity(state):
+def make_test_identity(folder):
     """The build's own authority and signing certificate, made once; they live as long as the build folder."""
-    if (state / TEST_CERT).exists() and (state / TEST_KEY).exists() and (state / TEST_CA).exists():
+    if (folder / TEST_CERT).exists() and (folder / TEST_KEY).exists() and (folder / TEST_CA).exists():
         return
-    state.mkdir(parents=True, exist_ok=True)
+    folder.mkdir(parents=True, exist_ok=True)
     # made in a scratch folder and moved in last, so an interrupted run leaves no half identity behind
-    with tempfile.TemporaryDirectory(dir=state) as tmp:
+    with tempfile.TemporaryDirectory(dir=folder) as tmp:
         t = Path(tmp)
         config = t / "openssl.cnf"
         config.write_text(OPENSSL_CONFIG)
@@ -78,10 +78,10 @@ def make_test_identity(state):
              "-set_serial", "0x%x" % int.from_bytes(os.urandom(8), "big"), "-days", "1825",
              "-extfile", config, "-extensions", "signing", "-out", t / TEST_CERT])
         for name in (TEST_KEY, TEST_CERT, TEST_CA):
-            os.replace(t / name, state / name)
+            os.replace(t / name, folder / name)
 
 
-def identity(state):
+def identity(folder):
     """The release identity from the environment, or else the build's test identity."""
     cert, key = os.environ.get("QUILLON_SIGN_CERT"), os.environ.get("QUILLON_SIGN_KEY")
     if cert or key:
@@ -91,8 +91,8 @@ def identity(state):
         passfile = os.environ.get("QUILLON_SIGN_PASSFILE")
         return Identity(Path(cert), Path(key), Path(passfile) if passfile else None,
                         os.environ.get("QUILLON_SIGN_TIMESTAMP") or None)
-    make_test_identity(state)
-    return Identity(state / TEST_CERT, state / TEST_KEY)
+    make_test_identity(folder)
+    return Identity(folder / TEST_CERT, folder / TEST_KEY)
 
 
 def sign(path, ident):
@@ -117,11 +117,11 @@ def sign(path, ident):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--state", type=Path, required=True, help="where the build keeps its test identity")
+    parser.add_argument("--signing", type=Path, required=True, help="where the build keeps its test identity")
     parser.add_argument("files", nargs="+", type=Path)
     args = parser.parse_args()
     try:
-        ident = identity(args.state)
+        ident = identity(args.signing)
         for f in args.files:
             sign(f, ident)
     except SigningError as e:

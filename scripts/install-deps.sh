@@ -9,7 +9,7 @@ pkgs=(
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine wine64 xvfb xauth xdotool xclip x11-utils imagemagick python3-xlib
   gettext fp-utils icoutils
-  wixl msitools osslsigncode openssl zip unzip
+  wixl msitools osslsigncode openssl
 )
 
 missing=()

@@ -167,7 +167,7 @@ class Packages(unittest.TestCase):
         a, b, c, d = map(int, VERSION.split("."))
         for newer in (f"{a}.{b}.{c}.{d + 1}", f"{a}.{b}.{c + 1}.{d}"):
             subprocess.run([sys.executable, Path(h.SOURCE_DIR, "dist", "package.py"), "--tree", TREE, "--icon",
-                            os.environ["QUILLON_ICON"], "--version", newer, "--out", SCRATCH, "--state",
+                            os.environ["QUILLON_ICON"], "--version", newer, "--out", SCRATCH, "--signing",
                             BUILD / "signing", "--msi-only"], check=True)
             self.msiexec("/i", h.wine_path(SCRATCH / f"Quillon-{newer}-x64.msi"), "/qn")
             self.assertEqual(text(self.entry(registry(UNINSTALL))[1]["DisplayVersion"]), newer)
