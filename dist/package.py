@@ -63,7 +63,7 @@ def tree_fragment(tree):
 
     def component(key, body):
         refs.append(ident("c", key))
-        return (f'<Component Id="{refs[-1]}" Guid="{uuid.uuid5(COMPONENT_NAMESPACE, key)}" Win64="$(var.Win64)">'
+        return (f'<Component Id="{refs[-1]}" Guid="{uuid.uuid5(COMPONENT_NAMESPACE, key)}" Win64="yes">'
                 f"{body}</Component>")
 
     def folder_xml(rel, pad):
@@ -131,7 +131,7 @@ def build_msi(tree, icon, version, msi):
         # wixl finds sources only by relative paths
         rel = lambda p: os.path.relpath(p, work)  # noqa: E731
         run(["wixl", "-a", "x64", "-D", f"Version={version}", "-D", f"SourceDir={rel(tree)}", "-D", f"Icon={rel(icon)}",
-             "-D", "Win64=yes", "-o", unsigned.name, rel(WXS), fragment.name], cwd=work)
+             "-o", unsigned.name, rel(WXS), fragment.name], cwd=work)
         allow_same_version_upgrade(unsigned)
         os.replace(unsigned, msi)
 
