@@ -55,9 +55,8 @@ def ident(kind, rel):
 
 
 def tree_fragment(tree):
-    """The WiX fragment that installs every file of the tree under INSTALLDIR (component group QuillonTree).
-    Each file is a component of its own; each folder has one more that removes it, once empty, on uninstall,
-    so no empty folder of ours is left behind."""
+    """The WiX fragment that installs every file of the tree under INSTALLDIR (component group QuillonTree),
+    each file a component of its own."""
     folders, files = tree_listing(tree)
     refs = []
 
@@ -67,9 +66,8 @@ def tree_fragment(tree):
                 f"{body}</Component>")
 
     def folder_xml(rel, pad):
-        lines = [pad + component(rel + "/", f'<RemoveFolder Id="{ident("r", rel)}" On="uninstall"/>')]
-        lines += [pad + component(f, f'<File Id="{ident("f", f)}" Source={quoteattr("$(var.SourceDir)/" + f)} '
-                                     'KeyPath="yes"/>') for f in files if f.rpartition("/")[0] == rel]
+        lines = [pad + component(f, f'<File Id="{ident("f", f)}" Source={quoteattr("$(var.SourceDir)/" + f)} '
+                                    'KeyPath="yes"/>') for f in files if f.rpartition("/")[0] == rel]
         for sub in (d for d in folders if d and d.rpartition("/")[0] == rel):
             lines.append(f'{pad}<Directory Id="{ident("d", sub)}" Name={quoteattr(sub.rpartition("/")[2])}>')
             lines += folder_xml(sub, pad + "  ")
