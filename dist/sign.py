@@ -71,7 +71,8 @@ def make_test_identity(folder):
         config = t / "openssl.cnf"
         config.write_text(OPENSSL_CONFIG)
         run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "3650", "-config", config,
-             "-extensions", "ca", "-subj", "/O=Tarvik/CN=Quillon Test CA", "-keyout", t / "ca.key", "-out", t / TEST_CA])
+             "-extensions", "ca", "-subj", "/O=Tarvik/CN=Quillon Test CA", "-keyout", t / "ca.key",
+             "-out", t / TEST_CA])
         run(["openssl", "req", "-newkey", "rsa:2048", "-nodes", "-config", config,
              "-subj", "/O=Tarvik/CN=Tarvik (test signing)", "-keyout", t / TEST_KEY, "-out", t / "signing.csr"])
         run(["openssl", "x509", "-req", "-in", t / "signing.csr", "-CA", t / TEST_CA, "-CAkey", t / "ca.key",

@@ -59,13 +59,13 @@ def registry(key=None):
     {key: {value: data}} with data as regedit writes it."""
     out = SCRATCH / "registry.reg"
     wine("regedit", "/e", h.wine_path(out), *([key] if key else []))
-    keys, key = {}, None
+    keys, values = {}, None
     for line in out.read_bytes().decode("utf-16").replace("\\\r\n  ", "").splitlines():
         if line.startswith("["):
-            key = keys.setdefault(line[1:-1], {})
-        elif key is not None and "=" in line:
+            values = keys.setdefault(line[1:-1], {})
+        elif values is not None and "=" in line:
             name, _, data = line.partition("=") if line.startswith("@") else line[1:].partition('"=')
-            key[name] = data
+            values[name] = data
     return {k: v for k, v in keys.items() if re.match(r"HKEY_(LOCAL_MACHINE|USERS\\[^\\]+)\\Software\\(?!Wine\b)", k)}
 
 
@@ -87,7 +87,8 @@ class Packages(unittest.TestCase):
 
     def assertUsage(self, exe, languages=("English", "German"), variable="LC_ALL"):
         for language in languages:
-            messages = [catalog(language).gettext(m) for m in USAGE_MESSAGES] if language != "English" else USAGE_MESSAGES
+            english = language == "English"
+            messages = USAGE_MESSAGES if english else [catalog(language).gettext(m) for m in USAGE_MESSAGES]
             # Wine reads a Linux path in the Linux locale's encoding, which LC_ALL would override
             done = wine(exe, "-help", env={variable: language, "LC_CTYPE": "C.UTF-8"})
             self.assertEqual(done.stdout.decode("utf-8"), "".join(messages).replace("\n", "\r\n"), language)
@@ -157,7 +158,8 @@ class Packages(unittest.TestCase):
         self.assertEqual(len(added), 1, added)
         shortcut = added.pop()
         self.assertRegex(shortcut, r"/Start Menu/Programs/Quillon\.lnk$")
-        self.assertIn(b"C:\\Program Files\\Tarvik\\Quillon\\sys\\exec\\quillon.exe\0", (DRIVE_C / shortcut).read_bytes())
+        target = b"C:\\Program Files\\Tarvik\\Quillon\\sys\\exec\\quillon.exe\0"
+        self.assertIn(target, (DRIVE_C / shortcut).read_bytes())
         self.assertEqual({k for k in flat(keys) - flat(keys_before) if not k.startswith((code, *INSTALLER_RECORDS))},
                          set())
 
@@ -193,8 +195,9 @@ class Packages(unittest.TestCase):
         keys_after = registry()
         self.assertEqual(flat(keys_before) - flat(keys_after), set(), "the uninstall took what was there before")
         # left: the installer's empty record keys, and what the program itself kept for its user
-        left = {e for e in flat(keys_after) - flat(keys_before) if not (e.startswith(INSTALLER_RECORDS) and "|" not in e)
-                and not re.match(r"HKEY_USERS\\[^\\]+\\Software\\Tarvik\\", e)}
+        users = re.compile(r"HKEY_USERS\\[^\\]+\\Software\\Tarvik\\")
+        left = {e for e in flat(keys_after) - flat(keys_before)
+                if not (e.startswith(INSTALLER_RECORDS) and "|" not in e or users.match(e))}
         self.assertEqual(left, set())
 
 
