@@ -9,6 +9,7 @@ pkgs=(
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine wine64 xvfb xauth xdotool xclip x11-utils imagemagick python3-xlib
   gettext fp-utils icoutils
+  cups printer-driver-cups-pdf poppler-utils
 )
 
 missing=()
