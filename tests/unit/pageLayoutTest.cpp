@@ -114,7 +114,10 @@ TEST(PageLayout, FrameKeepsMarginsInsideThePrintableArea)
         {"wide border", {2480, 3508, 400, 100, 1680, 3308, 300, 300}, 50, {0, 200, 1680, 58, 3233}},
         // a device that gives no sheet size: the printable area is the sheet
         {"no sheet size", {0, 0, 0, 0, 816, 1056, 96, 96}, 16, {72, 96, 672, 54, 1000}},
-        {"a sheet smaller than its margins keeps an eighth", {100, 100, 0, 0, 100, 100, 600, 600}, 10, {12, 12, 76, 6, 89}},
+        {"a sheet smaller than its margins keeps an eighth",
+         {100, 100, 0, 0, 100, 100, 600, 600},
+         10,
+         {12, 12, 76, 6, 89}},
     };
     for (const FrameCase& c : cases) {
         utPageFrame f = utPageFrame::fit(c.sheet, c.lineHeight);
