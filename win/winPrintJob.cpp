@@ -1,6 +1,8 @@
 // The print job and its progress window. The spooler calls the abort procedure while it works, and the
-// job calls the same pump between pages, so the window answers (and Cancel is seen) throughout. One job
-// runs at a time: the abort procedure has no parameter to find it by, hence the one pointer below.
+// job calls the same pump between pages, so the window answers throughout; a cancel takes effect at the
+// next page with AbortDoc. The abort procedure never says stop itself: some spoolers end the document
+// (EndDoc) on that answer, which would print the pages so far as if they were all. One job runs at a
+// time: the abort procedure has no parameter to find it by, hence the one pointer below.
 #include "win/winPrintJob.h"
 
 #include "win/winApp.h"
@@ -30,8 +32,8 @@ public:
     bool create(HWND owner, const std::wstring& title, const std::wstring& printerName);
     void setPage(unsigned page, unsigned pages)
     {
-        SetWindowTextW(page_, winText::formatId(WIN_IDS_PAGE_OF, {std::to_wstring(page), std::to_wstring(pages)})
-                                  .c_str());
+        SetWindowTextW(page_,
+                       winText::formatId(WIN_IDS_PAGE_OF, {std::to_wstring(page), std::to_wstring(pages)}).c_str());
     }
 
 protected:
@@ -56,9 +58,9 @@ protected:
 private:
     HWND child(const wchar_t* cls, const std::wstring& text, DWORD style, int id, int x, int y, int w, int h)
     {
-        HWND control = CreateWindowExW(0, cls, text.c_str(), WS_CHILD | WS_VISIBLE | style, x, y, w, h, hwnd(),
-                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
-                                       nullptr);
+        HWND control =
+            CreateWindowExW(0, cls, text.c_str(), WS_CHILD | WS_VISIBLE | style, x, y, w, h, hwnd(),
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
         return control;
     }
@@ -74,9 +76,8 @@ bool Progress::create(HWND owner, const std::wstring& title, const std::wstring&
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     font_ = CreateFontIndirectW(&metrics.lfMessageFont);
-    int unit = std::max(int(metrics.lfMessageFont.lfHeight < 0 ? -metrics.lfMessageFont.lfHeight
-                                                                 : metrics.lfMessageFont.lfHeight),
-                        12);
+    int unit = std::max(
+        int(metrics.lfMessageFont.lfHeight < 0 ? -metrics.lfMessageFont.lfHeight : metrics.lfMessageFont.lfHeight), 12);
     int line = unit * 3 / 2, width = unit * 26, button = unit * 7;
     RECT frame = {0, 0, width + 2 * unit, unit * 3 + line * 3 + unit * 2};
     DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
@@ -123,7 +124,8 @@ bool pump()
 
 BOOL CALLBACK abortProc(HDC, int)
 {
-    return pump() ? TRUE : FALSE;
+    pump();
+    return TRUE;
 }
 
 } // namespace
@@ -172,12 +174,10 @@ winPrintJob::Result winPrintJob::run(HDC printer, const std::wstring& printerNam
         if (failed)
             break;
         printable.printPage(printer, page - 1);
-        int ended = EndPage(printer);
-        cancelled = progress.cancelled();
-        failed = ended <= 0 && !cancelled;
-        if (cancelled)
-            break;
+        failed = EndPage(printer) <= 0;
     }
+    if (!failed && !cancelled)
+        cancelled = !pump();
     if (failed || cancelled)
         AbortDoc(printer);
     else

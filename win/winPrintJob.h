@@ -1,7 +1,7 @@
-// One print job: StartDoc, the pages asked for, EndDoc, with a progress window ("Page 3 of 12") whose
-// Cancel works between pages and while the spooler takes a page (the abort procedure). A cancelled or
-// failed job ends with AbortDoc, so the printer never gets half a document as if it were whole; a
-// failure is told to the user in one message.
+// One print job: StartDoc, the pages asked for, EndDoc, with a progress window ("Page 3 of 12") that
+// answers while the spooler takes a page (the abort procedure) and whose Cancel stops the job before the
+// next page. A cancelled or failed job ends with AbortDoc, so the printer never gets half a document as
+// if it were whole; a failure is told to the user in one message.
 #pragma once
 
 #include <windows.h>

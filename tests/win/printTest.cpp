@@ -1,0 +1,249 @@
+// Printing in-process against the real printer of the `printer` test fixture: the pages of empty, short,
+// long and wrapped texts measured with the printer's font on the printer itself; the preview's paging,
+// zoom and greyed commands; the progress window's page and its Cancel.
+#include "quillonTestApp.h"
+
+#include "win/winPrintJob.h"
+#include "win/winPrintPreview.h"
+#include "win/winPrinter.h"
+#include "win/winTextPrinter.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using qw::QuillonTestApp;
+
+HDC printerDC(QuillonTestApp& app)
+{
+    EXPECT_TRUE(winPrinter::installed()) << "no printer: run through ctest, whose `printer` fixture starts one";
+    return app.printer().createDC();
+}
+
+std::wstring lines(int count)
+{
+    std::wstring text;
+    for (int i = 1; i <= count; ++i)
+        text += L"line " + std::to_wstring(i) + L"\r\n";
+    return text;
+}
+
+int extent(HDC dc, const std::wstring& text)
+{
+    SIZE size = {};
+    GetTextExtentPoint32W(dc, text.c_str(), int(text.size()), &size);
+    return int(size.cx);
+}
+
+// The text of each row of page `page`, its runs joined by one blank.
+std::vector<std::wstring> rows(winTextPrinter& printer, size_t page)
+{
+    std::vector<std::wstring> out;
+    for (const utPageLayout::Run& run : printer.pageRuns(page)) {
+        out.resize(std::max(out.size(), run.row + 1));
+        std::wstring& row = out[run.row];
+        row += (row.empty() ? L"" : L" ") + printer.text().substr(run.start, run.end - run.start);
+    }
+    return out;
+}
+
+struct PagesCase {
+    const char* name;
+    std::wstring text;
+    size_t pages;
+    std::wstring lastPageFirstRow;
+};
+
+TEST(Print, PagesOfEmptyShortAndLongTextsOnThePrinter)
+{
+    QuillonTestApp app(L"quillonTests-print");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    HDC dc = printerDC(app);
+    ASSERT_NE(dc, nullptr);
+    auto font = [&](HDC printer) { return app.view()->printerFont(printer); };
+    auto empty = std::make_unique<winTextPrinter>(L"", font);
+    EXPECT_EQ(empty->beginPrinting(dc), 1u) << "an empty text prints one page";
+    EXPECT_TRUE(empty->pageRuns(0).empty());
+    int perPage = empty->frame().linesPerPage;
+    empty.reset();
+    // 10 pt lines inside an inch of margin on letter or A4 paper
+    EXPECT_GT(perPage, 45);
+    EXPECT_LT(perPage, 75);
+
+    const PagesCase cases[] = {
+        {"short", L"one\r\ntwo", 1, L"one"},
+        {"a page exactly", lines(perPage), 1, L"line 1"},
+        {"one line more", lines(perPage + 1), 2, L"line " + std::to_wstring(perPage + 1)},
+        {"long", lines(perPage * 3 - 1), 3, L"line " + std::to_wstring(perPage * 2 + 1)},
+    };
+    for (const PagesCase& c : cases) {
+        winTextPrinter printer(c.text, font);
+        ASSERT_EQ(printer.beginPrinting(dc), c.pages) << c.name;
+        EXPECT_EQ(rows(printer, c.pages - 1).at(0), c.lastPageFirstRow) << c.name;
+    }
+    DeleteDC(dc);
+}
+
+TEST(Print, WrappedLinesFillThePrintableWidthAndNoMore)
+{
+    QuillonTestApp app(L"quillonTests-print");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    HDC dc = printerDC(app);
+    ASSERT_NE(dc, nullptr);
+    std::wstring sentence;
+    for (int i = 0; i < 60; ++i)
+        sentence += (i ? L" word" : L"word") + std::to_wstring(i);
+    std::wstring word(300, L'm');
+    {
+        winTextPrinter printer(sentence + L"\r\n" + word, [&](HDC d) { return app.view()->printerFont(d); });
+        ASSERT_EQ(printer.beginPrinting(dc), 1u);
+        int width = printer.frame().width;
+        std::vector<std::wstring> printed = rows(printer, 0);
+        std::wstring joinedSentence, joinedWord;
+        size_t row = 0;
+        for (; row < printed.size() && joinedSentence.size() < sentence.size(); ++row)
+            joinedSentence += (row ? L" " : L"") + printed[row];
+        EXPECT_EQ(joinedSentence, sentence) << "wrapped at blanks, nothing lost";
+        EXPECT_GT(row, 1u);
+        for (; row < printed.size(); ++row) {
+            joinedWord += printed[row];
+            if (row + 1 < printed.size()) {
+                EXPECT_GT(extent(dc, printed[row] + L"m"), width) << "row " << row << " breaks the word at the edge";
+            }
+        }
+        EXPECT_EQ(joinedWord, word);
+        for (const std::wstring& r : printed)
+            EXPECT_LE(extent(dc, r), width) << wt::narrow(r);
+    }
+    DeleteDC(dc);
+}
+
+struct PreviewStep {
+    int button; // 0: the state right after opening
+    const char* label;
+    const char* message;
+    bool prev, next, pages, zoomIn, zoomOut;
+};
+
+TEST(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
+{
+    QuillonTestApp app(L"quillonTests-print");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    qwzCQuillonView* view = app.view();
+    HDC dc = printerDC(app);
+    ASSERT_NE(dc, nullptr);
+    int perPage = 0;
+    {
+        winTextPrinter probe(L"", [&](HDC d) { return view->printerFont(d); });
+        probe.beginPrinting(dc);
+        perPage = probe.frame().linesPerPage;
+    }
+    DeleteDC(dc);
+    view->setText(lines(perPage * 2 + 1));
+    view->setSelection(7, 9);
+    HWND frame = app.mainFrame()->hwnd();
+    SendMessageW(frame, WM_COMMAND, 57609, 0);
+    winPrintPreview* preview = view->preview();
+    ASSERT_NE(preview, nullptr);
+    auto shown = [](HWND window) { return (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE) != 0; };
+    EXPECT_FALSE(shown(view->hwnd())) << "the preview takes the view's place";
+
+    using P = winPrintPreview;
+    const PreviewStep steps[] = {
+        {0, "Page 1 of 3", "Page 1", false, true, true, true, false},
+        {P::nextButton, "Page 2 of 3", "Page 2", true, true, true, true, false},
+        {P::pagesButton, "Pages 2-3 of 3", "Pages 2-3", true, false, true, true, false},
+        {P::prevButton, "Pages 1-2 of 3", "Pages 1-2", false, true, true, true, false},
+        {P::zoomInButton, "Page 1 of 3", "Page 1", false, true, false, true, true},
+        {P::zoomInButton, "Page 1 of 3", "Page 1", false, true, false, false, true},
+        {P::zoomOutButton, "Page 1 of 3", "Page 1", false, true, false, true, true},
+        {P::zoomOutButton, "Pages 1-2 of 3", "Pages 1-2", false, true, true, true, false},
+    };
+    HWND bar = preview->hwnd();
+    auto enabled = [&](int id) { return IsWindowEnabled(GetDlgItem(bar, id)) != FALSE; };
+    for (const PreviewStep& s : steps) {
+        if (s.button)
+            SendMessageW(GetDlgItem(bar, s.button), BM_CLICK, 0, 0);
+        std::string after = s.button ? "after button " + std::to_string(s.button) : "at the start";
+        EXPECT_EQ(wt::narrow(qw::textOf(GetDlgItem(bar, P::pageLabel))), s.label) << after;
+        EXPECT_EQ(wt::narrow(app.mainFrame()->messageText()), s.message) << after;
+        EXPECT_EQ((std::vector<bool>{enabled(P::prevButton), enabled(P::nextButton), enabled(P::pagesButton),
+                                     enabled(P::zoomInButton), enabled(P::zoomOutButton)}),
+                  (std::vector<bool>{s.prev, s.next, s.pages, s.zoomIn, s.zoomOut}))
+            << after << ": Prev, Next, Two Page, Zoom In, Zoom Out";
+    }
+
+    HMENU menu = GetMenu(frame);
+    auto greyed = [&](int popup, unsigned id) {
+        HMENU sub = GetSubMenu(menu, popup);
+        SendMessageW(frame, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(sub), popup);
+        return (GetMenuState(sub, id, MF_BYCOMMAND) & MF_GRAYED) != 0;
+    };
+    for (unsigned id : {57643u, 57635u, 57634u, 57637u, 57642u, 57636u, 253u})
+        EXPECT_TRUE(greyed(1, id)) << "edit command " << id << " on the hidden view";
+    EXPECT_TRUE(greyed(0, 57609)) << "Print Preview while previewing";
+    EXPECT_FALSE(greyed(0, 57607)) << "Print";
+    EXPECT_FALSE(greyed(0, 57606)) << "Print Setup";
+    SendMessageW(frame, WM_COMMAND, 57642, 0); // Select All does nothing while hidden
+    size_t start = 0, end = 0;
+    view->selection(start, end);
+    EXPECT_EQ(start, 7u);
+
+    SendMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
+    EXPECT_EQ(view->preview(), nullptr) << "Esc closes the preview";
+    EXPECT_TRUE(shown(view->hwnd()));
+    EXPECT_EQ(GetFocus(), view->hwnd());
+    view->selection(start, end);
+    EXPECT_EQ(std::vector<size_t>({start, end}), std::vector<size_t>({7, 9})) << "the caret where it was";
+    EXPECT_FALSE(greyed(1, 57642)) << "Select All back with the view";
+}
+
+// Pages that record what they were asked to draw; on page 2 it reads the progress window and presses
+// its Cancel.
+class CancellingPages : public winPrintable
+{
+public:
+    std::vector<size_t> drawn;
+    std::wstring progressText;
+    size_t beginPrinting(HDC) override
+    {
+        return 6;
+    }
+    void printPage(HDC dc, size_t page) override
+    {
+        drawn.push_back(page);
+        TextOutW(dc, 100, 100, L"page", 4);
+        if (page != 1)
+            return;
+        HWND progress = winPrintJob::progressWindow();
+        for (HWND child = GetWindow(progress, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+            progressText += qw::textOf(child) + L"|";
+        SendMessageW(GetDlgItem(progress, IDCANCEL), BM_CLICK, 0, 0);
+    }
+};
+
+TEST(Print, ProgressShowsThePageAndCancelStopsTheJob)
+{
+    QuillonTestApp app(L"quillonTests-print");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    HDC dc = printerDC(app);
+    ASSERT_NE(dc, nullptr);
+    CancellingPages pages;
+    HWND owner = app.mainFrame()->hwnd();
+    EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 1, 0xFFFF, owner),
+              winPrintJob::Result::Cancelled);
+    EXPECT_EQ(pages.drawn, (std::vector<size_t>{0, 1})) << "no page after the cancel";
+    EXPECT_EQ(wt::narrow(pages.progressText), "report.txt|on QuillonPDF|Page 2 of 6|Cancel|");
+    EXPECT_TRUE(IsWindowEnabled(owner)) << "the frame answers again";
+    EXPECT_EQ(winPrintJob::progressWindow(), nullptr);
+    EXPECT_TRUE(app.boxes.empty()) << "a cancel is no error";
+
+    EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 7, 9, owner),
+              winPrintJob::Result::NothingToPrint);
+    ASSERT_EQ(app.boxes.size(), 1u);
+    EXPECT_EQ(wt::narrow(app.boxes[0].text), "The document has 6 page(s); the range chosen holds none of them.");
+    DeleteDC(dc);
+}
+
+} // namespace
