@@ -159,6 +159,8 @@ winPrintJob::Result winPrintJob::run(HDC printer, const std::wstring& printerNam
         EnableWindow(owner, FALSE);
     active = &progress;
     quitSeen = false;
+    // the dialog that asked is gone: let the frame repaint before the spooler is reached
+    pump();
     SetAbortProc(printer, abortProc);
 
     DOCINFOW info = {};

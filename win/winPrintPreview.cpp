@@ -27,7 +27,7 @@ enum : unsigned {
     cmdPrintPreview = 57609,
 };
 
-constexpr int gap = 16;      // around and between the sheets, in pixels
+constexpr int gap = 16;        // around and between the sheets, in pixels
 constexpr int scrollStep = 40; // an arrow key or a scroll-bar arrow
 
 // The bar's buttons in order, with their texts; the Pages button shows One Page or Two Page.
@@ -35,9 +35,12 @@ const struct {
     int id;
     unsigned text;
 } barButtons[] = {
-    {winPrintPreview::printButton, WIN_IDS_PREVIEW_PRINT},     {winPrintPreview::nextButton, WIN_IDS_PREVIEW_NEXT},
-    {winPrintPreview::prevButton, WIN_IDS_PREVIEW_PREV},       {winPrintPreview::pagesButton, WIN_IDS_PREVIEW_TWO},
-    {winPrintPreview::zoomInButton, WIN_IDS_PREVIEW_ZOOM_IN},  {winPrintPreview::zoomOutButton, WIN_IDS_PREVIEW_ZOOM_OUT},
+    {winPrintPreview::printButton, WIN_IDS_PREVIEW_PRINT},
+    {winPrintPreview::nextButton, WIN_IDS_PREVIEW_NEXT},
+    {winPrintPreview::prevButton, WIN_IDS_PREVIEW_PREV},
+    {winPrintPreview::pagesButton, WIN_IDS_PREVIEW_TWO},
+    {winPrintPreview::zoomInButton, WIN_IDS_PREVIEW_ZOOM_IN},
+    {winPrintPreview::zoomOutButton, WIN_IDS_PREVIEW_ZOOM_OUT},
     {winPrintPreview::closeButton, WIN_IDS_PREVIEW_CLOSE},
 };
 
@@ -67,9 +70,7 @@ std::wstring textOf(HWND window)
 class winPrintPreview::Pages : public winWindow
 {
 public:
-    explicit Pages(winPrintPreview& owner) : owner_(owner)
-    {
-    }
+    explicit Pages(winPrintPreview& owner) : owner_(owner) {}
     bool create(HWND parent)
     {
         return createWindow(0, L"", WS_CHILD | WS_VISIBLE | WS_HSCROLL | WS_VSCROLL, 0, 0, 0, 0, parent, nullptr);
@@ -126,8 +127,8 @@ winPrintPreview::Pages::Geometry winPrintPreview::Pages::geometry() const
     int shown = int(owner_.pagesShown());
     // pixels per inch that fit the pages shown (one page when zoomed) into the area; each zoom step doubles
     int across = owner_.zoom_ == 0 ? shown : 1;
-    double fit = std::min((client.right - gap * (across + 1)) / (across * inchesWide),
-                          (client.bottom - 2 * gap) / inchesHigh);
+    double fit =
+        std::min((client.right - gap * (across + 1)) / (across * inchesWide), (client.bottom - 2 * gap) / inchesHigh);
     double scale = std::max(fit, 8.0) * (1 << owner_.zoom_);
     Geometry g;
     g.sheetWidth = std::max(int(inchesWide * scale), 1);
@@ -151,8 +152,8 @@ void winPrintPreview::Pages::update()
         GetClientRect(hwnd(), &client);
         scrollX_ = std::clamp(scrollX_, 0, std::max(g.contentWidth - int(client.right), 0));
         scrollY_ = std::clamp(scrollY_, 0, std::max(g.contentHeight - int(client.bottom), 0));
-        SCROLLINFO info = {sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 0, g.contentWidth - 1, UINT(client.right),
-                           scrollX_, 0};
+        SCROLLINFO info = {
+            sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 0, g.contentWidth - 1, UINT(client.right), scrollX_, 0};
         SetScrollInfo(hwnd(), SB_HORZ, &info, TRUE);
         info = {sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 0, g.contentHeight - 1, UINT(client.bottom), scrollY_, 0};
         SetScrollInfo(hwnd(), SB_VERT, &info, TRUE);
@@ -425,10 +426,10 @@ void winPrintPreview::createBar()
         SendMessageW(button, WM_SETFONT, reinterpret_cast<WPARAM>(barFont_), FALSE);
         x += width + 4;
     }
-    HWND label = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_NOPREFIX | SS_CENTERIMAGE, x + 8, 4,
-                                 widthOf(winText::formatId(WIN_IDS_PAGES_OF, {L"8888", L"8888", L"8888"})), buttonHeight,
-                                 hwnd(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(pageLabel)),
-                                 GetModuleHandleW(nullptr), nullptr);
+    HWND label =
+        CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_NOPREFIX | SS_CENTERIMAGE, x + 8, 4,
+                        widthOf(winText::formatId(WIN_IDS_PAGES_OF, {L"8888", L"8888", L"8888"})), buttonHeight, hwnd(),
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(pageLabel)), GetModuleHandleW(nullptr), nullptr);
     SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(barFont_), FALSE);
     SelectObject(dc, old);
     ReleaseDC(hwnd(), dc);

@@ -11,7 +11,8 @@ namespace
 class DevNames
 {
 public:
-    explicit DevNames(HGLOBAL block) : block_(block), names_(block ? static_cast<DEVNAMES*>(GlobalLock(block)) : nullptr)
+    explicit DevNames(HGLOBAL block)
+        : block_(block), names_(block ? static_cast<DEVNAMES*>(GlobalLock(block)) : nullptr)
     {
     }
     ~DevNames()
@@ -115,8 +116,8 @@ winPrinter::Answer winPrinter::printDialog(HWND owner, bool canSelect, Job& job)
 {
     PRINTDLGW dialog = {};
     dialog.hwndOwner = owner;
-    dialog.Flags = PD_RETURNDC | PD_USEDEVMODECOPIESANDCOLLATE | PD_NOWARNING | PD_ALLPAGES |
-                   (canSelect ? 0 : PD_NOSELECTION);
+    dialog.Flags =
+        PD_RETURNDC | PD_USEDEVMODECOPIESANDCOLLATE | PD_NOWARNING | PD_ALLPAGES | (canSelect ? 0 : PD_NOSELECTION);
     // the page count depends on the printer chosen in this very dialog: any range is offered
     dialog.nMinPage = 1;
     dialog.nMaxPage = 0xFFFF;

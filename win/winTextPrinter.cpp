@@ -13,9 +13,7 @@
 class winTextPrinter::Measure : public utTextMeasure
 {
 public:
-    explicit Measure(HDC dc) : dc_(dc), basic_(0x10000, -1)
-    {
-    }
+    explicit Measure(HDC dc) : dc_(dc), basic_(0x10000, -1) {}
     int advance(const char16_t* c, std::size_t units) override
     {
         if (units == 1 && basic_[*c] >= 0)
@@ -33,7 +31,8 @@ private:
     std::vector<int> basic_;
 };
 
-winTextPrinter::winTextPrinter(std::wstring text, FontFor fontFor) : text_(std::move(text)), fontFor_(std::move(fontFor))
+winTextPrinter::winTextPrinter(std::wstring text, FontFor fontFor)
+    : text_(std::move(text)), fontFor_(std::move(fontFor))
 {
 }
 

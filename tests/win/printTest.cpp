@@ -15,12 +15,6 @@ namespace
 
 using qw::QuillonTestApp;
 
-HDC printerDC(QuillonTestApp& app)
-{
-    EXPECT_TRUE(winPrinter::installed()) << "no printer: run through ctest, whose `printer` fixture starts one";
-    return app.printer().createDC();
-}
-
 std::wstring lines(int count)
 {
     std::wstring text;
@@ -48,6 +42,35 @@ std::vector<std::wstring> rows(winTextPrinter& printer, size_t page)
     return out;
 }
 
+// A document and a device context of the fixture's printer, and the lines a page of it holds.
+class Print : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(app.openDocumentFile(L""), nullptr);
+        ASSERT_TRUE(winPrinter::installed()) << "no printer: run through ctest, whose `printer` fixture starts one";
+        dc = app.printer().createDC();
+        ASSERT_NE(dc, nullptr);
+        winTextPrinter probe(L"", font());
+        probe.beginPrinting(dc);
+        perPage = probe.frame().linesPerPage;
+    }
+    void TearDown() override
+    {
+        if (dc)
+            DeleteDC(dc);
+    }
+    winTextPrinter::FontFor font()
+    {
+        return [this](HDC printer) { return app.view()->printerFont(printer); };
+    }
+
+    QuillonTestApp app{L"quillonTests-print"};
+    HDC dc = nullptr;
+    int perPage = 0;
+};
+
 struct PagesCase {
     const char* name;
     std::wstring text;
@@ -55,68 +78,46 @@ struct PagesCase {
     std::wstring lastPageFirstRow;
 };
 
-TEST(Print, PagesOfEmptyShortAndLongTextsOnThePrinter)
+TEST_F(Print, PagesAndWrapsMeasuredOnThePrinter)
 {
-    QuillonTestApp app(L"quillonTests-print");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    HDC dc = printerDC(app);
-    ASSERT_NE(dc, nullptr);
-    auto font = [&](HDC printer) { return app.view()->printerFont(printer); };
-    auto empty = std::make_unique<winTextPrinter>(L"", font);
-    EXPECT_EQ(empty->beginPrinting(dc), 1u) << "an empty text prints one page";
-    EXPECT_TRUE(empty->pageRuns(0).empty());
-    int perPage = empty->frame().linesPerPage;
-    empty.reset();
     // 10 pt lines inside an inch of margin on letter or A4 paper
     EXPECT_GT(perPage, 45);
     EXPECT_LT(perPage, 75);
-
     const PagesCase cases[] = {
+        {"empty", L"", 1, L""},
         {"short", L"one\r\ntwo", 1, L"one"},
         {"a page exactly", lines(perPage), 1, L"line 1"},
         {"one line more", lines(perPage + 1), 2, L"line " + std::to_wstring(perPage + 1)},
         {"long", lines(perPage * 3 - 1), 3, L"line " + std::to_wstring(perPage * 2 + 1)},
     };
     for (const PagesCase& c : cases) {
-        winTextPrinter printer(c.text, font);
+        winTextPrinter printer(c.text, font());
         ASSERT_EQ(printer.beginPrinting(dc), c.pages) << c.name;
-        EXPECT_EQ(rows(printer, c.pages - 1).at(0), c.lastPageFirstRow) << c.name;
+        std::vector<std::wstring> last = rows(printer, c.pages - 1);
+        EXPECT_EQ(last.empty() ? L"" : last[0], c.lastPageFirstRow) << c.name;
     }
-    DeleteDC(dc);
-}
 
-TEST(Print, WrappedLinesFillThePrintableWidthAndNoMore)
-{
-    QuillonTestApp app(L"quillonTests-print");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    HDC dc = printerDC(app);
-    ASSERT_NE(dc, nullptr);
-    std::wstring sentence;
+    std::wstring sentence, word(300, L'm');
     for (int i = 0; i < 60; ++i)
         sentence += (i ? L" word" : L"word") + std::to_wstring(i);
-    std::wstring word(300, L'm');
-    {
-        winTextPrinter printer(sentence + L"\r\n" + word, [&](HDC d) { return app.view()->printerFont(d); });
-        ASSERT_EQ(printer.beginPrinting(dc), 1u);
-        int width = printer.frame().width;
-        std::vector<std::wstring> printed = rows(printer, 0);
-        std::wstring joinedSentence, joinedWord;
-        size_t row = 0;
-        for (; row < printed.size() && joinedSentence.size() < sentence.size(); ++row)
-            joinedSentence += (row ? L" " : L"") + printed[row];
-        EXPECT_EQ(joinedSentence, sentence) << "wrapped at blanks, nothing lost";
-        EXPECT_GT(row, 1u);
-        for (; row < printed.size(); ++row) {
-            joinedWord += printed[row];
-            if (row + 1 < printed.size()) {
-                EXPECT_GT(extent(dc, printed[row] + L"m"), width) << "row " << row << " breaks the word at the edge";
-            }
+    winTextPrinter printer(sentence + L"\r\n" + word, font());
+    ASSERT_EQ(printer.beginPrinting(dc), 1u);
+    std::vector<std::wstring> printed = rows(printer, 0);
+    std::wstring joinedSentence, joinedWord;
+    size_t row = 0;
+    for (; row < printed.size() && joinedSentence.size() < sentence.size(); ++row)
+        joinedSentence += (row ? L" " : L"") + printed[row];
+    EXPECT_EQ(joinedSentence, sentence) << "wrapped at blanks, nothing lost";
+    EXPECT_GT(row, 1u);
+    for (; row < printed.size(); ++row) {
+        joinedWord += printed[row];
+        if (row + 1 < printed.size()) {
+            EXPECT_GT(extent(dc, printed[row] + L"m"), printer.frame().width) << "row " << row << " breaks at the edge";
         }
-        EXPECT_EQ(joinedWord, word);
-        for (const std::wstring& r : printed)
-            EXPECT_LE(extent(dc, r), width) << wt::narrow(r);
     }
-    DeleteDC(dc);
+    EXPECT_EQ(joinedWord, word);
+    for (const std::wstring& r : printed)
+        EXPECT_LE(extent(dc, r), printer.frame().width) << wt::narrow(r);
 }
 
 struct PreviewStep {
@@ -126,20 +127,9 @@ struct PreviewStep {
     bool prev, next, pages, zoomIn, zoomOut;
 };
 
-TEST(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
+TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
 {
-    QuillonTestApp app(L"quillonTests-print");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
     qwzCQuillonView* view = app.view();
-    HDC dc = printerDC(app);
-    ASSERT_NE(dc, nullptr);
-    int perPage = 0;
-    {
-        winTextPrinter probe(L"", [&](HDC d) { return view->printerFont(d); });
-        probe.beginPrinting(dc);
-        perPage = probe.frame().linesPerPage;
-    }
-    DeleteDC(dc);
     view->setText(lines(perPage * 2 + 1));
     view->setSelection(7, 9);
     HWND frame = app.mainFrame()->hwnd();
@@ -223,12 +213,8 @@ public:
     }
 };
 
-TEST(Print, ProgressShowsThePageAndCancelStopsTheJob)
+TEST_F(Print, ProgressShowsThePageAndCancelStopsTheJob)
 {
-    QuillonTestApp app(L"quillonTests-print");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    HDC dc = printerDC(app);
-    ASSERT_NE(dc, nullptr);
     CancellingPages pages;
     HWND owner = app.mainFrame()->hwnd();
     EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 1, 0xFFFF, owner),
@@ -243,7 +229,14 @@ TEST(Print, ProgressShowsThePageAndCancelStopsTheJob)
               winPrintJob::Result::NothingToPrint);
     ASSERT_EQ(app.boxes.size(), 1u);
     EXPECT_EQ(wt::narrow(app.boxes[0].text), "The document has 6 page(s); the range chosen holds none of them.");
-    DeleteDC(dc);
+
+    // a device that refuses the document, as a printer gone offline does
+    HDC screen = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(winPrintJob::run(screen, L"QuillonPDF", pages, L"report.txt", 1, 1, owner), winPrintJob::Result::Failed);
+    DeleteDC(screen);
+    ASSERT_EQ(app.boxes.size(), 2u);
+    EXPECT_EQ(wt::narrow(app.boxes[1].text), "Failed to print report.txt: the printer QuillonPDF reported an error.");
+    EXPECT_TRUE(app.boxes[1].type & MB_ICONERROR);
 }
 
 } // namespace
