@@ -385,11 +385,12 @@ bool winPrintPreview::create()
 
 void winPrintPreview::close()
 {
-    if (!hwnd())
-        return;
-    frame_.setViewOverlay(nullptr, nullptr);
-    frame_.setMessageText(savedMessage_);
-    DestroyWindow(hwnd());
+    // without a window the frame is gone or was given its view back already
+    if (hwnd()) {
+        frame_.setViewOverlay(nullptr, nullptr);
+        frame_.setMessageText(savedMessage_);
+        DestroyWindow(hwnd());
+    }
     // the printable lets go of the printer before the printer goes
     printable_.reset();
     if (printer_)

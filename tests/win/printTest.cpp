@@ -120,6 +120,20 @@ TEST_F(Print, PagesAndWrapsMeasuredOnThePrinter)
         EXPECT_LE(extent(dc, r), printer.frame().width) << wt::narrow(r);
 }
 
+TEST_F(Print, PrintSetupsChoiceIsKeptForTheSession)
+{
+    const int landscapeRadio = 0x421; // rad2 of the common Print Setup dialog
+    qw::whileModal([&] { EXPECT_TRUE(app.onFilePrintSetup()); },
+                   [](HWND dialog) {
+                       SendMessageW(GetDlgItem(dialog, landscapeRadio), BM_CLICK, 0, 0);
+                       SendMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+                   });
+    HDC chosen = app.printer().createDC();
+    ASSERT_NE(chosen, nullptr);
+    EXPECT_GT(GetDeviceCaps(chosen, HORZRES), GetDeviceCaps(chosen, VERTRES)) << "landscape from now on";
+    DeleteDC(chosen);
+}
+
 struct PreviewStep {
     int button; // 0: the state right after opening
     const char* label;
