@@ -271,6 +271,9 @@ void winFrame::openDroppedFiles(HDROP drop)
     DragFinish(drop);
     if (path.empty())
         return;
+    // the overlay shows the document that is about to be replaced
+    if (overlay_)
+        SendMessageW(overlay_, WM_CLOSE, 0, 0);
     SetForegroundWindow(hwnd());
     if (winApp* app = winApp::instance())
         app->openDocumentFile(path);

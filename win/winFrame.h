@@ -70,7 +70,8 @@ public:
     void recalcLayout();
 
     // Shows `overlay` (print preview) in the view's place, the view hidden, and routes the view's share of
-    // the commands to `target` instead; null gives the view back, with the focus. Not owned.
+    // the commands to `target` instead; null gives the view back, with the focus. Not owned; it is sent
+    // WM_CLOSE when a dropped file replaces the document.
     void setViewOverlay(HWND overlay, winCommandTarget* target);
     HWND viewOverlay() const
     {

@@ -563,6 +563,9 @@ LRESULT winPrintPreview::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_SETFOCUS:
         SetFocus(pages_->hwnd());
         return 0;
+    case WM_CLOSE:
+        close();
+        return 0;
     case WM_COMMAND:
         if (HIWORD(wParam) == BN_CLICKED && lParam) {
             OnButton(LOWORD(wParam));
