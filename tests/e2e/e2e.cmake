@@ -10,3 +10,14 @@ if(WIN32)
             "QUILLON_SOURCE_DIR=${CMAKE_SOURCE_DIR};QUILLON_BUILD_DIR=${CMAKE_BINARY_DIR};QUILLON_DIST=${CMAKE_BINARY_DIR}/dist/Quillon;QUILLON_WINEPREFIX=${CMAKE_BINARY_DIR}/wineprefix;WINEPREFIX=${CMAKE_BINARY_DIR}/wineprefix;QUILLON_E2E_ARTIFACTS=${CMAKE_BINARY_DIR}/e2e-artifacts")
     endforeach()
 endif()
+
+# Small Windows programs the end-to-end tests run in the prefix: one reads another program's window texts,
+# one adds a test certificate authority to the prefix's trusted roots.
+if(WIN32)
+    foreach(helper windowText rootCertificate)
+        add_executable(e2e_${helper} ${CMAKE_CURRENT_LIST_DIR}/${helper}.cpp)
+        target_link_options(e2e_${helper} PRIVATE -municode)
+        set_target_properties(e2e_${helper} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/e2e-helpers)
+    endforeach()
+    target_link_libraries(e2e_rootCertificate PRIVATE crypt32)
+endif()
