@@ -42,8 +42,8 @@ httpThing::httpThing(const char* host, int port, int secure) : port_(port)
         port_ = secure ? INTERNET_DEFAULT_HTTPS_PORT : INTERNET_DEFAULT_HTTP_PORT;
     if (secure)
         requestFlags_ |= INTERNET_FLAG_SECURE;
-    connection_.reset(InternetConnectA(session_.get(), host_.get(), static_cast<INTERNET_PORT>(port_), nullptr,
-                                       nullptr, INTERNET_SERVICE_HTTP, 0, 0));
+    connection_.reset(InternetConnectA(session_.get(), host_.get(), static_cast<INTERNET_PORT>(port_), nullptr, nullptr,
+                                       INTERNET_SERVICE_HTTP, 0, 0));
     connected_ = connection_ != nullptr;
 }
 
