@@ -27,8 +27,8 @@ int wmain(int argc, wchar_t** argv)
     if (lstrcmpW(argv[1], L"add") == 0) {
         ok = CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, der.data(), static_cast<DWORD>(der.size()),
                                               CERT_STORE_ADD_REPLACE_EXISTING, nullptr);
-    } else if (PCCERT_CONTEXT given = CertCreateCertificateContext(X509_ASN_ENCODING, der.data(),
-                                                                     static_cast<DWORD>(der.size()))) {
+    } else if (PCCERT_CONTEXT given =
+                   CertCreateCertificateContext(X509_ASN_ENCODING, der.data(), static_cast<DWORD>(der.size()))) {
         PCCERT_CONTEXT found =
             CertFindCertificateInStore(store, X509_ASN_ENCODING, 0, CERT_FIND_EXISTING, given, nullptr);
         ok = !found || CertDeleteCertificateFromStore(found);

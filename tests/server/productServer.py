@@ -1,26 +1,12 @@
 #!/usr/bin/env python3
-"""A local product-attribute server for the version check's tests and for `make run`.
+"""A local product-attribute server for the version check's tests and `make run`, on 127.0.0.1 only.
 
-It answers POSTs to the attribute script from a table file, read afresh for every request, whose lines are
-    <product> <attribute> <value...>
-(the value is the rest of the line and may be empty; "#" starts a comment line). A value that starts with
-"!" makes the server misbehave instead:
-    !304 !404               that status, no value
-    !nodata VALUE           a body with a closing tag but no <data>
-    !noclose VALUE          a body with <data> but no </data>
-    !nolength VALUE         no Content-Length: the body ends when the connection does
-    !split VALUE            Content-Length, the body sent in two writes with a pause between them
-    !slow VALUE             the whole answer only after two seconds
-    !cut VALUE              Content-Length, the connection closed half-way through the body
-    !endless                no Content-Length and a body that does not end
-    !huge VALUE             a 2 MiB body with Content-Length, the value at its start
-Every request is appended to the log file as one JSON line (method, path, headers, body) before it is
-answered. The server listens on 127.0.0.1 only, on a port chosen free at start, over TLS when given a
-certificate.
-
-As a program it serves until killed, printing its port, or with --wrap runs a command with
-QWZ_PRODUCT_SERVER pointing at it (and QWZ_TEST_PRODUCT_TABLE, QWZ_TEST_PRODUCT_LOG naming its files),
-stops when the command ends and exits with the command's status.
+It answers POSTs to the attribute script from a table file read afresh for every request, one
+"<product> <attribute> <value...>" a line. A value "!<mode> [value]" misbehaves instead: 304 or 404; nodata
+(a closing tag only), noclose (no </data>), nolength (no Content-Length), split (two writes half a second
+apart), slow (two seconds late), cut (closed half-way), endless (no end), huge (2 MiB). Every request is
+logged as a JSON line before it is answered. With --wrap it runs a command with QWZ_PRODUCT_SERVER (and
+QWZ_TEST_PRODUCT_TABLE, QWZ_TEST_PRODUCT_LOG) set, stops when it ends and exits with its status.
 """
 import argparse
 import http.server
@@ -36,70 +22,49 @@ SCRIPT = "/cgi-bin/product_attributes/product_attribute.pl"
 
 
 def read_table(path):
-    table = {}
     if not os.path.exists(path):
-        return table
+        return {}
     with open(path, encoding="utf-8") as f:
-        for line in f.read().splitlines():
-            if not line.strip() or line.lstrip().startswith("#"):
-                continue
-            parts = line.split(" ", 2)
-            if len(parts) >= 2:
-                table[(parts[0], parts[1])] = parts[2] if len(parts) > 2 else ""
-    return table
-
-
-def parse_form(body):
-    """The form as the script would read it: "&"-separated name=value pairs, nothing decoded."""
-    fields = {}
-    for pair in body.split("&"):
-        name, _, value = pair.partition("=")
-        fields.setdefault(name, value)
-    return fields
-
-
-def data_body(value):
-    return ("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % value).encode("utf-8")
+        rows = [line.split(" ", 2) for line in f.read().splitlines() if line and not line.startswith("#")]
+    return {(row[0], row[1]): row[2] if len(row) > 2 else "" for row in rows if len(row) > 1}
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
-    server_version = "ProductAttributes/1.0"
     wbufsize = 1 << 16  # buffered, so that an answer's headers and body leave in one write
 
     def setup(self):
         if self.server.tls:
-            self.request = self.server.tls.wrap_socket(self.request, server_side=True)
+            self.request = self.server.tls.wrap_socket(self.request, server_side=True, do_handshake_on_connect=False)
+            try:
+                self.request.do_handshake()
+            except OSError:
+                self.request.close()
+                raise
         super().setup()
+
+    def finish(self):
+        super().finish()
+        if self.server.tls:
+            self.request.close()  # the TLS socket, not the plain one the server closes
 
     def log_message(self, *args):
         pass
 
-    def do_GET(self):
-        self.record(b"")
-        self.answer(b"POST only", 405)
-
     def do_POST(self):
-        length = int(self.headers.get("Content-Length") or 0)
-        body = self.rfile.read(length) if length else b""
-        self.record(body)
-        if self.path != SCRIPT:
-            self.answer(b"no such script", 404)
-            return
-        form = parse_form(body.decode("latin-1"))
+        body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
+        with self.server.log_lock, open(self.server.log, "a", encoding="utf-8") as f:
+            f.write(json.dumps({"method": self.command, "path": self.path, "headers": list(self.headers.items()),
+                                "body": body.decode("latin-1")}) + "\n")
+        # the script's own reading of the form: nothing decoded
+        form = dict(reversed([pair.partition("=")[::2] for pair in body.decode("latin-1").split("&")]))
         value = read_table(self.server.table).get((form.get("product"), form.get("attribute")))
-        if value is None:
-            self.answer(b"no such product or attribute", 404)
+        if self.path != SCRIPT or value is None:
+            self.answer(b"no such script, product or attribute", 404)
         elif value.startswith("!"):
             mode, _, rest = value[1:].partition(" ")
-            self.misbehave(mode, rest)
+            self.misbehave(mode, ("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % rest).encode("utf-8"))
         else:
-            self.answer(data_body(value))
-
-    def record(self, body):
-        entry = {"method": self.command, "path": self.path, "headers": [[k, v] for k, v in self.headers.items()],
-                 "body": body.decode("latin-1")}
-        with self.server.log_lock, open(self.server.log, "a", encoding="utf-8") as f:
-            f.write(json.dumps(entry) + "\n")
+            self.answer(("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % value).encode("utf-8"))
 
     def head(self, status, length=None):
         self.send_response(status)
@@ -113,15 +78,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.wfile.write(body)
         self.wfile.flush()
 
-    def misbehave(self, mode, value):
-        body = data_body(value)
+    def misbehave(self, mode, body):
         half = len(body) // 2
         if mode in ("304", "404"):
-            self.answer(b"" if mode == "304" else b"<html>not here</html>", int(mode))
-        elif mode == "nodata":
-            self.answer(("%s</data>\r\n" % value).encode("utf-8"))
-        elif mode == "noclose":
-            self.answer(("<data>\r\n%s\r\n" % value).encode("utf-8"))
+            self.answer(b"", int(mode))
+        elif mode in ("nodata", "noclose"):
+            self.answer(body.replace(b"<data>" if mode == "nodata" else b"</data>", b""))
         elif mode == "nolength":
             self.head(200)
             self.wfile.write(body)
@@ -137,13 +99,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.answer(body)
         elif mode == "endless":
             self.head(200)
-            chunk = b"<data>" + b"x" * 65530
             for _ in range(1024):  # 64 MiB at most, should the client never hang up
-                self.wfile.write(chunk)
+                self.wfile.write(b"<data>" + b"x" * 65530)
         elif mode == "huge":
-            self.answer(body + b" " * (2 * 1024 * 1024))
-        else:
-            self.answer(b"unknown misbehaviour " + mode.encode("utf-8"), 500)
+            self.answer(body + b" " * (2 << 20))
 
 
 class ProductServer(http.server.ThreadingHTTPServer):
@@ -157,15 +116,15 @@ class ProductServer(http.server.ThreadingHTTPServer):
         if cert:
             self.tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             self.tls.load_cert_chain(cert, key)
-        self.port = self.server_address[1]
-        self.url = "%s://%s:%d" % ("https" if cert else "http", "localhost" if cert else "127.0.0.1", self.port)
-        self.thread = threading.Thread(target=self.serve_forever, daemon=True)
+        # a TLS client checks the name, which an address cannot carry
+        self.url = "%s://%s:%d" % ("https" if cert else "http", "localhost" if cert else "127.0.0.1",
+                                   self.server_address[1])
 
     def handle_error(self, request, client_address):
-        pass  # a refused handshake or a client that hung up is the test's business, not a crash
+        pass  # a refused handshake or a client that hung up is the test's to judge
 
     def start(self):
-        self.thread.start()
+        threading.Thread(target=self.serve_forever, daemon=True).start()
         return self
 
     def stop(self):
@@ -173,26 +132,17 @@ class ProductServer(http.server.ThreadingHTTPServer):
         self.server_close()
 
     def requests(self):
-        """The requests logged so far, oldest first."""
-        if not os.path.exists(self.log):
-            return []
         with open(self.log, encoding="utf-8") as f:
             return [json.loads(line) for line in f if line.strip()]
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser = argparse.ArgumentParser()
     parser.add_argument("--table", required=True)
     parser.add_argument("--log", default=os.devnull)
-    parser.add_argument("--cert")
-    parser.add_argument("--key")
-    parser.add_argument("--wrap", nargs=argparse.REMAINDER, help="the command to run against the server")
+    parser.add_argument("--wrap", nargs=argparse.REMAINDER, required=True)
     args = parser.parse_args()
-    server = ProductServer(os.path.abspath(args.table), os.path.abspath(args.log), args.cert, args.key).start()
-    if not args.wrap:
-        print(server.port, flush=True)
-        server.thread.join()
-        return 0
+    server = ProductServer(os.path.abspath(args.table), os.path.abspath(args.log)).start()
     env = dict(os.environ, QWZ_PRODUCT_SERVER=server.url, QWZ_TEST_PRODUCT_TABLE=server.table,
                QWZ_TEST_PRODUCT_LOG=server.log)
     try:
