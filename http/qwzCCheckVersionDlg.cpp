@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 
 #include "app/qwzCText.h"
 #include "app/qwzVersionInfo.h"
@@ -68,23 +69,20 @@ int runVersionCheck(VersionCheckResult& result)
     StatusText status;
     WaitCursor cursor;
 
+    // each client lives for its one request; both requests are made whatever the first gave
     const char* product = qwzVersionInfo::instance().productName.c_str();
+    int port = static_cast<int>(server.port);
     qwzVersionAnswers answers;
-    char* key = nullptr;
-    char* display = nullptr;
-    {
-        httpVersion client(server.host.c_str(), static_cast<int>(server.port), server.secure);
-        answers.keyStatus = client.get(product, key);
-    }
-    {
-        httpProductAttribute client(server.host.c_str(), static_cast<int>(server.port), server.secure);
-        answers.displayStatus = client.get(product, "version_string", display);
-    }
-    answers.key = key;
-    answers.display = display;
+    char* received = nullptr;
+    answers.keyStatus = httpVersion(server.host.c_str(), port, server.secure).get(product, received);
+    std::unique_ptr<char[]> key(received);
+    received = nullptr;
+    answers.displayStatus =
+        httpProductAttribute(server.host.c_str(), port, server.secure).get(product, "version_string", received);
+    std::unique_ptr<char[]> display(received);
+    answers.key = key.get();
+    answers.display = display.get();
     result = qwzVersionVerdict(answers, server.host.c_str());
-    delete[] key;
-    delete[] display;
     return 1;
 }
 
