@@ -13,3 +13,11 @@ if(WIN32)
             "QUILLON_SOURCE_DIR=${CMAKE_SOURCE_DIR};QUILLON_BUILD_DIR=${CMAKE_BINARY_DIR};QUILLON_DIST=${CMAKE_BINARY_DIR}/dist/Quillon;QUILLON_WINEPREFIX=${CMAKE_BINARY_DIR}/wineprefix;WINEPREFIX=${CMAKE_BINARY_DIR}/wineprefix;QUILLON_E2E_ARTIFACTS=${CMAKE_BINARY_DIR}/e2e-artifacts;QUILLON_WINDOW_TEXT=$<TARGET_FILE:windowText>")
     endforeach()
 endif()
+
+# The helper that adds a test certificate authority to the prefix's trusted roots.
+if(WIN32)
+    add_executable(e2e_rootCertificate ${CMAKE_CURRENT_LIST_DIR}/rootCertificate.cpp)
+    target_link_options(e2e_rootCertificate PRIVATE -municode)
+    target_link_libraries(e2e_rootCertificate PRIVATE crypt32)
+    set_target_properties(e2e_rootCertificate PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/e2e-helpers)
+endif()
