@@ -14,6 +14,8 @@ export WINEDEBUG := -all
 export WINEDLLOVERRIDES := mscoree,mshtml=
 WINESERVER := $(firstword $(wildcard /usr/lib/wine/wineserver64 /usr/lib/wine/wineserver) wineserver)
 XVFB := xvfb-run -a -s "-screen 0 1280x1024x24"
+# Quillon runs against a local product-attribute server that knows its own version, stopped when it exits.
+PRODUCT_SERVER := python3 tests/server/productServer.py --table $(WIN)/run-products.txt --wrap
 
 .PHONY: all run test dist deps native windows wineprefix test-native test-windows test-fuzz fuzz bench format clean
 
@@ -43,9 +45,9 @@ $(WIN)/wineprefix/.ready:
 
 run: windows wineprefix
 	@if [ -n "$${DISPLAY:-}" ]; then \
-	    cmake/wine-run.sh $(WIN)/dist/Quillon/sys/exec/quillon.exe $(ARGS); \
+	    $(PRODUCT_SERVER) cmake/wine-run.sh $(WIN)/dist/Quillon/sys/exec/quillon.exe $(ARGS); \
 	else \
-	    $(XVFB) cmake/wine-run.sh $(WIN)/dist/Quillon/sys/exec/quillon.exe $(ARGS); \
+	    $(XVFB) $(PRODUCT_SERVER) cmake/wine-run.sh $(WIN)/dist/Quillon/sys/exec/quillon.exe $(ARGS); \
 	fi
 
 test-native: native

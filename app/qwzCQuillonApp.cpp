@@ -12,6 +12,7 @@
 #include "app/qwzStartup.h"
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
+#include "http/qwzCCheckVersionDlg.h"
 #include "resourceIds.h"
 #include "win/winCommandLineInfo.h"
 #include "win/winDocTemplate.h"
@@ -91,6 +92,7 @@ bool qwzCQuillonApp::initInstance()
     DragAcceptFiles(frame->hwnd(), TRUE);
     ShowWindow(frame->hwnd(), showCommand());
     UpdateWindow(frame->hwnd());
+    runStartupVersionCheck(frame->hwnd());
     return true;
 }
 
@@ -110,7 +112,20 @@ bool qwzCQuillonApp::onCommand(unsigned id)
         onAppAbout();
         return true;
     }
+    if (id == ID_HELP_CHECK_VERSION) {
+        onCheckVersion();
+        return true;
+    }
     return winApp::onCommand(id);
+}
+
+bool qwzCQuillonApp::onUpdateCommand(unsigned id, winCommandState& state)
+{
+    if (id == ID_HELP_CHECK_VERSION) {
+        state.enabled = true;
+        return true;
+    }
+    return winApp::onUpdateCommand(id, state);
 }
 
 void qwzCQuillonApp::onAppAbout()
@@ -118,4 +133,11 @@ void qwzCQuillonApp::onAppAbout()
     winFrame* frame = mainFrame();
     qwzCAboutDlg about(frame ? frame->hwnd() : nullptr);
     about.doModal();
+}
+
+void qwzCQuillonApp::onCheckVersion()
+{
+    winFrame* frame = mainFrame();
+    qwzCCheckVersionDlg dialog(frame ? frame->hwnd() : nullptr);
+    dialog.doModal();
 }

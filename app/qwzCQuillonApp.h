@@ -1,7 +1,7 @@
 // Quillon's application object: the window side of start-up (common controls, rich edit, OLE, the
 // "Tarvik" settings key with four recent files, the document template), the start-up steps that need no
 // window, then the document named on the command line (or a new one) in a shown main window that
-// accepts dropped files.
+// accepts dropped files, and the start-up version check once that window is shown.
 #pragma once
 
 #include "win/winApp.h"
@@ -18,9 +18,12 @@ public:
     bool initInstance() override;
     int exitInstance() override;
     bool onCommand(unsigned id) override;
+    bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
     // Runs the About box modally over the main window.
     void onAppAbout();
+    // Checks for a later version and shows the verdict, whatever it is.
+    void onCheckVersion();
 
 private:
     // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.

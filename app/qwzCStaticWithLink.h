@@ -1,6 +1,7 @@
 // A read-only rich-edit control showing a text with one link written as <a href="target">text</a>: the
 // link is blue and underlined, the cursor is a hand over it, and a left click opens its target with the
-// shell. Only the last anchor is tracked; every anchor's text is drawn as a link.
+// shell when it is an http:, https: or mailto: address (anything else is ignored). Only the last anchor is
+// tracked; every anchor's text is drawn as a link.
 #pragma once
 
 #include <windows.h>

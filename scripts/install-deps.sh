@@ -8,8 +8,9 @@ pkgs=(
   g++ clang libclang-rt-14-dev googletest libbenchmark-dev
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine wine64 xvfb xauth xdotool xclip x11-utils imagemagick python3-xlib
-  gettext fp-utils icoutils
-  wixl msitools osslsigncode openssl
+  gettext fp-utils icoutils openssl
+  cups printer-driver-cups-pdf poppler-utils
+  wixl msitools osslsigncode
 )
 
 missing=()

@@ -5,5 +5,5 @@ if(WIN32)
     set_tests_properties(dist PROPERTIES FIXTURES_SETUP quillon_packages TIMEOUT 300)
     set_tests_properties(e2e_test_installer PROPERTIES FIXTURES_REQUIRED quillon_packages)
     set_property(TEST e2e_test_installer APPEND PROPERTY ENVIRONMENT
-                 "QUILLON_ICON=${QUILLON_ICON};QUILLON_VERSION=${PROJECT_VERSION}")
+                 "QUILLON_ICON=${QUILLON_ICON};QUILLON_PACKAGE_VERSION=${PROJECT_VERSION}")
 endif()

@@ -1,5 +1,6 @@
 // The link control in a real rich-edit window: anchors become blue underlined link text, the last
-// anchor is the link, the cursor is a hand over it only, and a left-button release opens its target.
+// anchor is the link, the cursor is a hand over it only, and a left-button release opens its target when
+// it is a web or mail address.
 #include "quillonTestApp.h"
 
 #include "app/qwzCStaticWithLink.h"
@@ -145,6 +146,28 @@ TEST_F(LinkControl, OnlyTheLeftButtonsReleaseOpensTheTarget)
     NMHDR other = {control_, 100, EN_SELCHANGE};
     LRESULT result = 0;
     EXPECT_FALSE(link_.handleNotify(other, result)) << "other notifications are not the link's";
+}
+
+TEST_F(LinkControl, OnlyWebAndMailTargetsAreOpened)
+{
+    const std::pair<const char*, bool> targets[] = {
+        {"http://example.invalid/", true},
+        {"HTTPS://example.invalid/", true},
+        {"mailto:someone@example.invalid", true},
+        {"file:///C:/windows/system32/calc.exe", false},
+        {"javascript:alert(1)", false},
+        {"C:\\windows\\notepad.exe", false},
+        {"calc", false},
+        {"httpx://example.invalid/", false},
+        {"", false},
+    };
+    for (const auto& [target, opens] : targets) {
+        link_.opened.clear();
+        link_.setText(utString(("<a href=\"" + std::string(target) + "\">here</a>").c_str()));
+        bool handled = false;
+        notify(WM_LBUTTONUP, handled);
+        EXPECT_EQ(link_.opened.size(), opens ? 1u : 0u) << target;
+    }
 }
 
 TEST_F(LinkControl, TheCursorIsAHandOverTheLinkOnly)
