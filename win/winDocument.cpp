@@ -125,6 +125,8 @@ bool winDocument::deserialize(const std::string& bytes)
 
 std::wstring winDocument::saveErrorText(const std::wstring& path, const winSaveResult& result)
 {
+    if (!result.originalKeptAs.empty())
+        return winText::formatId(WIN_IDS_SAVE_KEPT_BOTH, {path, result.originalKeptAs, result.newKeptAs});
     switch (result.error) {
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
