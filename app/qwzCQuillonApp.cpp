@@ -8,6 +8,7 @@
 
 #include "app/qwzCAboutDlg.h"
 #include "app/qwzCMainFrame.h"
+#include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
 #include "app/qwzStartup.h"
 #include "document/qwzCQuillonDoc.h"
@@ -32,11 +33,7 @@ std::wstring translateForFramework(const std::wstring& english)
 
 qwzCQuillonApp::qwzCQuillonApp() = default;
 
-qwzCQuillonApp::~qwzCQuillonApp()
-{
-    if (richEdit_)
-        FreeLibrary(richEdit_);
-}
+qwzCQuillonApp::~qwzCQuillonApp() = default;
 
 int qwzCQuillonApp::run(int showCommand)
 {
@@ -50,8 +47,9 @@ bool qwzCQuillonApp::initWindowing()
     controls.dwSize = 8;
     controls.dwICC = 0xFF;
     InitCommonControlsEx(&controls);
-    // the link control is a rich-edit control
-    richEdit_ = LoadLibraryW(L"Msftedit.dll");
+    // the link control is a rich-edit control; without the library only the dialogs that hold one fail,
+    // each with its message, so start-up goes on
+    qwzCStaticWithLink::loadLibrary();
     if (!winApp::initInstance())
         return false;
     oleStarted_ = SUCCEEDED(OleInitialize(nullptr));

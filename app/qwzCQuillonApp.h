@@ -26,7 +26,6 @@ private:
     // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.
     bool initWindowing();
 
-    HMODULE richEdit_ = nullptr;
     bool oleStarted_ = false;
     int exitCode_ = 0;
     bool quitEarly_ = false;

@@ -10,6 +10,42 @@
 #include "app/qwzCText.h"
 #include "app/qwzLinkText.h"
 
+namespace
+{
+
+// The one holder of the rich-edit library.
+struct RichEditLibrary {
+    HMODULE module = nullptr;
+    ~RichEditLibrary()
+    {
+        if (module)
+            FreeLibrary(module);
+    }
+};
+
+RichEditLibrary& richEdit()
+{
+    static RichEditLibrary library;
+    return library;
+}
+
+} // namespace
+
+bool qwzCStaticWithLink::loadLibrary(const wchar_t* name)
+{
+    RichEditLibrary& library = richEdit();
+    HMODULE loaded = LoadLibraryW(name);
+    if (library.module)
+        FreeLibrary(library.module);
+    library.module = loaded;
+    return loaded != nullptr;
+}
+
+bool qwzCStaticWithLink::libraryLoaded()
+{
+    return richEdit().module != nullptr;
+}
+
 qwzCStaticWithLink::qwzCStaticWithLink()
     : arrowCursor_(LoadCursorW(nullptr, MAKEINTRESOURCEW(32512))),
       handCursor_(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)))

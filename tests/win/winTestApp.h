@@ -19,6 +19,7 @@ namespace wt
 // Menu, accelerator table and dialog of tests/win/winTest.rc.
 constexpr unsigned frameResource = 30100;
 constexpr unsigned intDialog = 30001;
+constexpr unsigned unmakeableDialog = 30002;
 constexpr int intField = 1001;
 
 class TestApp : public winApp
