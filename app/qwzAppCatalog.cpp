@@ -25,6 +25,9 @@ utString& base()
     return directory;
 }
 
+// Counts the changes of the base directory.
+unsigned baseGeneration = 0;
+
 bool catalogDirectoryExists(const utString& language)
 {
     if (language.isEmpty())
@@ -41,7 +44,10 @@ const utString& qwzAppCatalog::baseDirectory()
 
 void qwzAppCatalog::setBaseDirectory(const utString& directory)
 {
+    if (base().str() == directory.str())
+        return;
     base() = utString::copyOf(directory.str());
+    ++baseGeneration;
 }
 
 qwzAppCatalog::~qwzAppCatalog()
@@ -81,8 +87,12 @@ utString qwzAppCatalog::translate(const char* text)
     // the empty key is the catalog's header, never a message
     if (!text || !*text)
         return utString::copyOf("");
-    if (!domain_)
+    if (domain_ && domainBase_ != baseGeneration)
+        stop();
+    if (!domain_) {
         domain_ = nlsDomainManager::createDomain(base().c_str(), "quillon");
+        domainBase_ = baseGeneration;
+    }
     return utString::copyOf(nlsDomainManager::translate(domain_, text));
 }
 

@@ -10,6 +10,7 @@
 #include "app/qwzCMainFrame.h"
 #include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
+#include "app/qwzInstallDir.h"
 #include "app/qwzStartup.h"
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
@@ -41,6 +42,12 @@ int qwzCQuillonApp::run(int showCommand)
     return app.winMain(showCommand);
 }
 
+void qwzCQuillonApp::startTranslation(const utString& installRoot)
+{
+    qwzAppCatalog::setBaseDirectory(installDir(Locale, installRoot));
+    winApp::setTranslator(translateForFramework);
+}
+
 bool qwzCQuillonApp::initWindowing()
 {
     INITCOMMONCONTROLSEX controls = {};
@@ -65,7 +72,7 @@ bool qwzCQuillonApp::initWindowing()
 
 bool qwzCQuillonApp::initInstance()
 {
-    winApp::setTranslator(translateForFramework);
+    startTranslation(qwzInstallRoot());
     if (!initWindowing())
         return quitEarly_ = true, false;
 

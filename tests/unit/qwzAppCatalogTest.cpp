@@ -58,6 +58,20 @@ TEST_F(qwzAppCatalogTest, TheBareLanguageDirectoryServesACountry)
 }
 #endif
 
+// A text translated before the catalog directory was known must not leave the domain it made without
+// catalogs: the next translation after the directory is set searches there.
+TEST_F(qwzAppCatalogTest, ATranslationBeforeTheDirectoryWasSetDoesNotKeepTheRunEnglish)
+{
+    qt::setEnv("LC_ALL", "German");
+    qwzAppCatalog::setBaseDirectory(utString(""));
+    qwzAppCatalog catalog;
+    EXPECT_EQ(catalog.translate("Save").str(), "Save") << "no catalogs known yet";
+    qwzAppCatalog::setBaseDirectory(utString(qt::hostPath(root_).c_str()));
+    catalog.start();
+    EXPECT_EQ(catalog.usedLanguage().str(), "German");
+    EXPECT_EQ(catalog.translate("Save").str(), "Speichern");
+}
+
 TEST_F(qwzAppCatalogTest, WithoutADirectoryTranslationIsSwitchedOff)
 {
     qt::setEnv("LC_ALL", "Klingon");
