@@ -13,11 +13,8 @@
 namespace
 {
 
-#ifdef _WIN32
-const char* const separator = "\\";
-#else
-const char* const separator = "/"; // the native build's test runs; Windows takes both
-#endif
+// Windows takes "/" as well as "\\"; the native build's test runs take only "/"
+const char* const separator = "/";
 
 utString& base()
 {

@@ -91,17 +91,16 @@ TEST_F(nlsDomainManagerTest, TheFirstNonEmptyVariableChoosesTheLanguage)
               std::vector<std::string>{"NLS Warning: Catalog <quillon> failed to load for language <Klingon>"});
 }
 
+// Whether this platform lets a test choose the user's locale through QUILLON_USER_LOCALE.
+bool chooseUserLocale(const char* locale)
+{
+    qt::setEnv("QUILLON_USER_LOCALE", locale);
+    std::string wanted = locale;
+    return platform::userDefaultLocale().englishLanguage == wanted.substr(0, wanted.find('|'));
+}
+
 TEST_F(nlsDomainManagerTest, TheUserLocaleDecidesWhenTheEnvironmentIsSilent)
 {
-#ifdef _WIN32
-    // the real user locale: "<language>-<country>" unless the two abbreviations agree
-    platform::UserLocale user = platform::userDefaultLocale();
-    std::string base = user.englishLanguage.substr(0, user.englishLanguage.find(' '));
-    std::string full = user.abbrevLanguage == user.abbrevCountry ? base : base + "-" + user.abbrevCountry;
-    EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), full.c_str());
-    reset();
-    EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), base.c_str());
-#else
     const struct {
         const char* locale;
         const char *full, *bare;
@@ -110,19 +109,29 @@ TEST_F(nlsDomainManagerTest, TheUserLocaleDecidesWhenTheEnvironmentIsSilent)
         {"German (Germany)|DEU|DEU", "German", "German"},
         {"Spanish (Spain, International Sort)|ESN|ESP", "Spanish-ESP", "Spanish"},
     };
-    for (const auto& c : cases) {
-        qt::setEnv("QUILLON_USER_LOCALE", c.locale);
+    if (chooseUserLocale(cases[0].locale)) {
+        for (const auto& c : cases) {
+            chooseUserLocale(c.locale);
+            reset();
+            EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.full) << c.locale;
+            reset();
+            EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), c.bare) << c.locale;
+        }
+        chooseUserLocale("German (Germany)|DEU|DEU");
         reset();
-        EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.full) << c.locale;
+        nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+        EXPECT_STREQ(nlsDomainManager::translate(d, "Find"), "Suchen");
+        nlsDomainManager::destroyDomain(d);
+    } else {
+        // the system's own user locale: "<language>-<country>" unless the two abbreviations agree
+        platform::UserLocale user = platform::userDefaultLocale();
+        std::string base = user.englishLanguage.substr(0, user.englishLanguage.find(' '));
+        std::string full = user.abbrevLanguage == user.abbrevCountry ? base : base + "-" + user.abbrevCountry;
         reset();
-        EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), c.bare) << c.locale;
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), full.c_str());
+        reset();
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), base.c_str());
     }
-    qt::setEnv("QUILLON_USER_LOCALE", "German (Germany)|DEU|DEU");
-    reset();
-    nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
-    EXPECT_STREQ(nlsDomainManager::translate(d, "Find"), "Suchen");
-    nlsDomainManager::destroyDomain(d);
-#endif
     // skipping the environment leaves LC_ALL unread
     qt::setEnv("LC_ALL", "Klingon");
     reset();
@@ -271,9 +280,7 @@ TEST_F(nlsDomainManagerTest, SettingTheLocaleInstallsNumbersWithoutGrouping)
 {
     qt::setEnv("LC_ALL", "German");
     uint32_t code = nlsDomainManager::setLocale(0);
-#ifndef _WIN32
-    EXPECT_EQ(code, 0u) << "natively every name ends in a locale that exists";
-#endif
+    EXPECT_EQ(code, 0u) << "the C library knows the languages Quillon ships";
     if (code == 0) {
         EXPECT_TRUE(nlsDomainManager::localeSet());
         const auto& punct = std::use_facet<std::numpunct<char>>(std::locale());
