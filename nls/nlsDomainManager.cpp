@@ -126,12 +126,15 @@ const nlsLanguage& nlsDomainManager::requestedLanguage()
 void nlsDomainManager::setLanguageForAllDomains(const char* language)
 {
     State& s = state();
-    s.requested = nlsLanguage(language);
+    // our own copy first: `language` may be the text of the requested or a domain's language, which the
+    // assignments below free
+    const nlsLanguage wanted(language);
+    s.requested = wanted;
     if (s.domains) {
         DomainList& list = *s.domains;
         for (DomainNode* n = list.head.next; n != &list.head; n = n->next)
-            if (!(n->domain->language() == language))
-                setDomainLanguage(n->domain, language);
+            if (!(n->domain->language() == wanted.text()))
+                setDomainLanguage(n->domain, wanted.text());
     }
     setLocale(0);
 }
@@ -235,7 +238,9 @@ void nlsDomainManager::searchCatalog(nlsDomain* domain, const char* directory)
 {
     const char* nlsPath = std::getenv("NLSPATH");
     const bool fromEnvironment = nlsPath && *nlsPath;
-    if (!fromEnvironment && (!directory || !*directory))
+    // only an unset NLSPATH stops a search that has no directory; a set one, even empty, lets it run
+    // (and warn when nothing is found)
+    if (!nlsPath && (!directory || !*directory))
         return;
     nlsSearchPath path;
     if (directory && *directory)

@@ -3,6 +3,7 @@
 // warnings and errors that come out of it.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <locale>
 #include <string>
@@ -192,6 +193,9 @@ TEST_F(nlsDomainManagerTest, SettingTheLanguageForAllDomainsReloads)
     EXPECT_EQ(nlsDomainManager::setDomainLanguage(d, "Klingon"), 0) << "falls back to the system language";
     EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Colour");
     EXPECT_TRUE(reports().size() == 1 && reports()[0].find("<Klingon>") != std::string::npos);
+    // the requested language's own text handed back: copied before the old text is let go
+    nlsDomainManager::setLanguageForAllDomains(nlsDomainManager::requestedLanguage().text());
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Save As..."), "Speichern unter...");
     nlsDomainManager::destroyDomain(d);
 }
 
@@ -235,6 +239,18 @@ TEST_F(nlsDomainManagerTest, NlsPathIsSearchedAfterTheDomainsDirectory)
     EXPECT_FALSE(none->loaded()) << "no directory and no NLSPATH: no search at all";
     EXPECT_TRUE(reports().empty());
     nlsDomainManager::destroyDomain(none);
+
+    // set but empty is not unset: the search runs, finds nothing and says so (where the C library keeps
+    // an empty variable at all)
+    qt::setEnv("NLSPATH", "");
+    if (std::getenv("NLSPATH")) {
+        nlsDomain* empty = nlsDomainManager::createDomain("", "quillon");
+        EXPECT_TRUE(empty->loaded());
+        EXPECT_EQ(reports(),
+                  std::vector<std::string>{"NLS Warning: Catalog <quillon> failed to load for language <German>"});
+        nlsDomainManager::destroyDomain(empty);
+        reports().clear();
+    }
 
     qt::setEnv("NLSPATH", (dir("nowhere") + ";" + dir("big-nohash")).c_str());
     nlsDomain* d = nlsDomainManager::createDomain("", "quillon");
