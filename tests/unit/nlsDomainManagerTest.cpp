@@ -140,6 +140,62 @@ TEST_F(nlsDomainManagerTest, TheUserLocaleDecidesWhenTheEnvironmentIsSilent)
     EXPECT_STRNE(nlsDomainManager::systemLanguage(1).text(), "Klingon");
 }
 
+// The system language is kept between calls; only a call for another category than the last, other than
+// category 1, looks again.
+TEST_F(nlsDomainManagerTest, TheSystemLanguageIsKeptUntilAnotherCategoryAsks)
+{
+    const struct {
+        const char* lcAll;
+        int category;
+        const char* answer;
+    } steps[] = {
+        {"German", 1, "German"},  {"French", 1, "German"},   {"French", 3, "French"},    {"Spanish", 3, "French"},
+        {"Spanish", 1, "French"}, {"Italian", 2, "Italian"}, {"Japanese", 2, "Italian"}, {"Japanese", 5, "Japanese"},
+    };
+    for (const auto& step : steps) {
+        qt::setEnv("LC_ALL", step.lcAll);
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(step.category).text(), step.answer)
+            << "LC_ALL " << step.lcAll << ", category " << step.category;
+    }
+}
+
+// The name handed to the C library: the user's own "<language>-<country>" with "_" in place of its "-",
+// any other name as it stands, and "????" reported when the user's default itself fails.
+TEST_F(nlsDomainManagerTest, TheLocaleNameTakesAnUnderscoreOnlyForTheUsersOwnLanguage)
+{
+    static std::vector<std::string> seen;
+    auto savedHook = nlsDomainManager::localeReportHook();
+    nlsDomainManager::localeReportHook() = [](void*, const nlsError& e) {
+        seen.push_back(e.text());
+        return 1;
+    };
+    const struct {
+        const char* userLocale;
+        const char* requested;
+        const char* report;
+    } cases[] = {
+        {"Klingon (Qo'noS)|TLH|QOS", "Klingon-QOS", "NLS Warning: Setting up locale for language <Klingon_QOS> failed"},
+        {"Klingon (Qo'noS)|TLH|QOS", "Klingon-XYZ", "NLS Warning: Setting up locale for language <Klingon-XYZ> failed"},
+        // no name at all: the C library's own default, which LC_ALL spoils here
+        {"||", "",
+         "NLS Warning: Setting up locale for language <????"
+         "> failed"},
+    };
+    for (const auto& c : cases) {
+        reset();
+        seen.clear();
+        if (!chooseUserLocale(c.userLocale))
+            continue; // the system's own user locale stands: nothing to choose from here
+        qt::setEnv("LC_ALL", *c.requested ? nullptr : "Klingon");
+        nlsDomainManager::setSkipEnvironment(*c.requested ? 0 : 1);
+        nlsDomainManager::setLanguageForAllDomains(c.requested);
+        EXPECT_EQ(seen, std::vector<std::string>{c.report}) << "requested \"" << c.requested << "\"";
+        EXPECT_FALSE(nlsDomainManager::localeSet());
+        qt::setEnv("LC_ALL", nullptr);
+    }
+    nlsDomainManager::localeReportHook() = savedHook;
+}
+
 TEST_F(nlsDomainManagerTest, ACountryWithoutCatalogFallsBackToTheBareLanguage)
 {
     qt::setEnv("LC_ALL", "English-GBR");
