@@ -8,7 +8,9 @@
 
 #include "app/qwzCAboutDlg.h"
 #include "app/qwzCMainFrame.h"
+#include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
+#include "app/qwzInstallDir.h"
 #include "app/qwzStartup.h"
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
@@ -33,16 +35,18 @@ std::wstring translateForFramework(const std::wstring& english)
 
 qwzCQuillonApp::qwzCQuillonApp() = default;
 
-qwzCQuillonApp::~qwzCQuillonApp()
-{
-    if (richEdit_)
-        FreeLibrary(richEdit_);
-}
+qwzCQuillonApp::~qwzCQuillonApp() = default;
 
 int qwzCQuillonApp::run(int showCommand)
 {
     qwzCQuillonApp app;
     return app.winMain(showCommand);
+}
+
+void qwzCQuillonApp::startTranslation(const utString& installRoot)
+{
+    qwzAppCatalog::setBaseDirectory(installDir(Locale, installRoot));
+    winApp::setTranslator(translateForFramework);
 }
 
 bool qwzCQuillonApp::initWindowing()
@@ -51,8 +55,9 @@ bool qwzCQuillonApp::initWindowing()
     controls.dwSize = 8;
     controls.dwICC = 0xFF;
     InitCommonControlsEx(&controls);
-    // the link control is a rich-edit control
-    richEdit_ = LoadLibraryW(L"Msftedit.dll");
+    // the link control is a rich-edit control; without the library only the dialogs that hold one fail,
+    // each with its message, so start-up goes on
+    qwzCStaticWithLink::loadLibrary();
     if (!winApp::initInstance())
         return false;
     oleStarted_ = SUCCEEDED(OleInitialize(nullptr));
@@ -68,7 +73,7 @@ bool qwzCQuillonApp::initWindowing()
 
 bool qwzCQuillonApp::initInstance()
 {
-    winApp::setTranslator(translateForFramework);
+    startTranslation(qwzInstallRoot());
     if (!initWindowing())
         return quitEarly_ = true, false;
 

@@ -4,6 +4,7 @@
 // accepts dropped files, and the start-up version check once that window is shown.
 #pragma once
 
+#include "foundation/utString.h"
 #include "win/winApp.h"
 
 class qwzCQuillonApp : public winApp
@@ -14,6 +15,11 @@ public:
 
     // The whole program: start-up, message loop, shut-down; the process's exit status.
     static int run(int showCommand);
+
+    // The first step of start-up: the catalogs' directory below `installRoot`, then the framework's
+    // translation through them. In this order, because the program's domain takes the directory it
+    // finds at the first translation, and any framework text may be that one.
+    static void startTranslation(const utString& installRoot);
 
     bool initInstance() override;
     int exitInstance() override;
@@ -29,7 +35,6 @@ private:
     // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.
     bool initWindowing();
 
-    HMODULE richEdit_ = nullptr;
     bool oleStarted_ = false;
     int exitCode_ = 0;
     bool quitEarly_ = false;

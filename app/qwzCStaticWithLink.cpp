@@ -26,7 +26,38 @@ bool opensSafely(const utString& url)
     return false;
 }
 
+// The one holder of the rich-edit library.
+struct RichEditLibrary {
+    HMODULE module = nullptr;
+    ~RichEditLibrary()
+    {
+        if (module)
+            FreeLibrary(module);
+    }
+};
+
+RichEditLibrary& richEdit()
+{
+    static RichEditLibrary library;
+    return library;
+}
+
 } // namespace
+
+bool qwzCStaticWithLink::loadLibrary(const wchar_t* name)
+{
+    RichEditLibrary& library = richEdit();
+    HMODULE loaded = LoadLibraryW(name);
+    if (library.module)
+        FreeLibrary(library.module);
+    library.module = loaded;
+    return loaded != nullptr;
+}
+
+bool qwzCStaticWithLink::libraryLoaded()
+{
+    return richEdit().module != nullptr;
+}
 
 qwzCStaticWithLink::qwzCStaticWithLink()
     : arrowCursor_(LoadCursorW(nullptr, MAKEINTRESOURCEW(32512))),

@@ -20,6 +20,12 @@ public:
     qwzCStaticWithLink& operator=(const qwzCStaticWithLink&) = delete;
     virtual ~qwzCStaticWithLink();
 
+    // Loads the rich-edit library the control is made of and keeps it to the end of the process, in place
+    // of one loaded before; false when the system has none (`name` is the library's; tests change it).
+    static bool loadLibrary(const wchar_t* name = L"Msftedit.dll");
+    // True while a library loaded by loadLibrary is held.
+    static bool libraryLoaded();
+
     // Takes over an existing rich-edit control (a dialog's); false when it is no window.
     bool attach(HWND control);
     HWND hwnd() const

@@ -101,6 +101,7 @@ void runStartupVersionCheck(HWND parent)
 qwzCCheckVersionDlg::qwzCCheckVersionDlg(HWND parent) : qwzCDialog(IDD_CHECK_VERSION, parent)
 {
     translatedControls.push_back(IDOK);
+    usesRichEdit = true;
     VersionCheckResult result;
     runVersionCheck(result);
     message_ = result.message;
@@ -110,6 +111,7 @@ qwzCCheckVersionDlg::qwzCCheckVersionDlg(const VersionCheckResult& result, HWND 
     : qwzCDialog(IDD_CHECK_VERSION, parent), message_(result.message)
 {
     translatedControls.push_back(IDOK);
+    usesRichEdit = true;
 }
 
 void qwzCCheckVersionDlg::doDataExchange(winDataExchange&)
