@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <clocale>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <vector>
@@ -182,6 +183,16 @@ Rgb systemColour(SystemColour which)
     }
     COLORREF c = GetSysColor(index);
     return {GetRValue(c), GetGValue(c), GetBValue(c)};
+}
+
+std::string setCLocale(int category, const std::string& name)
+{
+    return std::setlocale(category, name.c_str()) ? name : std::string();
+}
+
+bool localTime(std::time_t t, std::tm& out)
+{
+    return localtime_s(&out, &t) == 0;
 }
 
 void debugBreak()

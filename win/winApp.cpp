@@ -16,7 +16,7 @@
 namespace
 {
 
-enum : unsigned { cmdNew = 57600, cmdOpen = 57601, cmdExit = 57665, appTitleId = 57344 };
+enum : unsigned { cmdNew = 57600, cmdOpen = 57601, cmdPrintSetup = 57606, cmdExit = 57665, appTitleId = 57344 };
 
 winApp* current = nullptr;
 
@@ -234,6 +234,16 @@ void winApp::onFileOpen()
         openDocumentFile(path);
 }
 
+bool winApp::onFilePrintSetup()
+{
+    if (!winPrinter::installed()) {
+        messageBox(winText::load(WIN_IDS_NO_PRINTER), MB_OK | MB_ICONINFORMATION);
+        return false;
+    }
+    winFrame* frame = mainFrame();
+    return printer_.setup(frame ? frame->hwnd() : nullptr) == winPrinter::Answer::Ok;
+}
+
 void winApp::openRecentFile(size_t index)
 {
     if (!recentFiles_ || index >= recentFiles_->size())
@@ -261,6 +271,9 @@ bool winApp::onCommand(unsigned id)
     case cmdOpen:
         onFileOpen();
         return true;
+    case cmdPrintSetup:
+        onFilePrintSetup();
+        return true;
     case cmdExit:
         if (winFrame* frame = mainFrame(); frame && frame->hwnd())
             SendMessageW(frame->hwnd(), WM_CLOSE, 0, 0);
@@ -272,7 +285,7 @@ bool winApp::onCommand(unsigned id)
 
 bool winApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == cmdNew || id == cmdOpen || id == cmdExit) {
+    if (id == cmdNew || id == cmdOpen || id == cmdExit || id == cmdPrintSetup) {
         state.enabled = true;
         return true;
     }

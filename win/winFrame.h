@@ -2,7 +2,8 @@
 // view filling the client area, command routing (frame -> view -> document -> application), menu item
 // and toolbar button states, the save prompt on close and dropped files. A subclass that makes a toolbar
 // and a status bar hands them to the frame, which lays them out, shows and hides them (View menu), keeps
-// where they are, shows command prompts and tooltips and keeps the key indicators current.
+// where they are, shows command prompts and tooltips and keeps the key indicators current. Print preview
+// takes the view's place as an overlay.
 //
 // The greying rule: a command that no target claims in onUpdateCommand is greyed, in the menus and on the
 // toolbar, so the user is never offered an item that does nothing.
@@ -111,8 +112,17 @@ public:
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
-    // Sizes the bars and the view to the client area.
+    // Sizes the bars and the view (or the window shown in its place) to the client area.
     void recalcLayout();
+
+    // Shows `overlay` (print preview) in the view's place, the view hidden, and routes the view's share of
+    // the commands to `target` instead; null gives the view back, with the focus. Not owned; it is sent
+    // WM_CLOSE when a dropped file replaces the document.
+    void setViewOverlay(HWND overlay, winCommandTarget* target);
+    HWND viewOverlay() const
+    {
+        return overlay_;
+    }
 
     // Lets the user drop files on the window (DragAcceptFiles).
     void acceptDroppedFiles(bool accept = true);
@@ -176,4 +186,6 @@ private:
     winToolBar* toolBar_ = nullptr;
     winStatusBar* statusBar_ = nullptr;
     bool prompting_ = false;
+    HWND overlay_ = nullptr;
+    winCommandTarget* overlayTarget_ = nullptr;
 };

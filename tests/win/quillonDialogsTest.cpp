@@ -4,9 +4,11 @@
 
 #include "app/qwzAppCatalog.h"
 #include "app/qwzCAboutDlg.h"
+#include "app/qwzCQuillonApp.h"
 #include "app/qwzVersionInfo.h"
 #include "document/qwzCGoToLineDlg.h"
 #include "res/resource.h"
+#include "resourceIds.h"
 #include "testSupport.h"
 #include "win/winText.h"
 
@@ -83,6 +85,20 @@ TEST(AboutBox, ShowsVersionBuildLanguageAndTrademarksWithTheFirstTwoLinesBold)
     EXPECT_EQ(seen.weights[0], FW_BOLD);
     EXPECT_EQ(seen.weights[1], FW_BOLD);
     EXPECT_LT(seen.weights[2], FW_BOLD) << "the language lines keep the dialog font";
+}
+
+// The program's first start-up step is the catalogs' directory, then the framework's translation: a
+// framework text translated before any window exists or the catalogs start is already German.
+TEST_F(German, AFrameworkTextTranslatedBeforeTheWindowIsGerman)
+{
+    qwzTheAppCatalog().stop();
+    qwzAppCatalog::setBaseDirectory(utString("")); // as in a process that has only begun
+    qwzCQuillonApp::startTranslation(utString::copyOf(qt::hostPath(qt::dataPath("../dist/Quillon")).c_str()));
+    std::wstring untitled = winText::load(WIN_IDS_UNTITLED);
+    winApp::setTranslator(nullptr);
+    qwzAppCatalog::setBaseDirectory(utString(qw::installedLocale().c_str()));
+    EXPECT_EQ(wt::narrow(untitled), translate("Untitled").str());
+    EXPECT_NE(untitled, L"Untitled");
 }
 
 TEST_F(German, TheAboutBoxIsGerman)
