@@ -11,12 +11,6 @@ namespace fs = std::filesystem;
 namespace qt
 {
 
-static std::string envOr(const char* name, const char* fallback)
-{
-    const char* v = std::getenv(name);
-    return v && *v ? v : fallback;
-}
-
 std::string hostPath(const std::string& unixPath)
 {
 #ifdef _WIN32
@@ -33,12 +27,12 @@ std::string hostPath(const std::string& unixPath)
 
 std::string dataPath(const std::string& relative)
 {
-    return hostPath(envOr("QUILLON_TEST_DATA", "testdata") + "/" + relative);
+    return hostPath(std::string(QUILLON_TEST_DATA_DIR) + "/" + relative);
 }
 
 std::string sourcePath(const std::string& relative)
 {
-    return hostPath(envOr("QUILLON_SOURCE_DIR", ".") + "/" + relative);
+    return hostPath(std::string(QUILLON_SOURCE_TREE) + "/" + relative);
 }
 
 std::string scratchDir(const std::string& name)

@@ -1,5 +1,6 @@
-// Paths and scratch files for tests. Data made at build time (catalogs by msgfmt, fixtures) lies under
-// QUILLON_TEST_DATA; under Wine the Unix paths are handed over as Z: drive paths.
+// Paths and scratch files for tests. Data made at build time (catalogs by msgfmt, fixtures) and every
+// scratch file lie under the build's test data folder, compiled in: a test program started by hand from
+// any folder writes nothing there. Under Wine the Unix paths are handed over as Z: drive paths.
 #pragma once
 
 #include <string>
