@@ -11,7 +11,8 @@ NATIVE := build/native
 WINE_RUN := cmake/wine-run.sh
 XVFB := xvfb-run -a -s "-screen 0 1280x1024x24"
 
-.PHONY: all run test deps native windows wineprefix test-native test-windows test-fuzz fuzz bench format clean
+.PHONY: all run test deps native windows fuzz-build wineprefix test-native test-windows test-fuzz fuzz bench \
+        format clean
 
 all: native windows
 
@@ -29,11 +30,15 @@ build/fuzz/CMakeCache.txt: | deps
 build/bench/CMakeCache.txt: | deps
 	cmake -S . -B build/bench -DQUILLON_BENCH=ON > /dev/null
 
+# Each build brings its own -j: MAKEFLAGS= keeps a parallel make's job server from its make.
 native: deps $(NATIVE)/CMakeCache.txt
-	cmake --build $(NATIVE) -j $(JOBS)
+	MAKEFLAGS= cmake --build $(NATIVE) -j $(JOBS)
 
 windows: deps $(WIN)/CMakeCache.txt
-	cmake --build $(WIN) -j $(JOBS)
+	MAKEFLAGS= cmake --build $(WIN) -j $(JOBS)
+
+fuzz-build: deps build/fuzz/CMakeCache.txt
+	MAKEFLAGS= cmake --build build/fuzz -j $(JOBS)
 
 # The tests' prefix, made once (the first start of Wine takes 10-20 s), with the tests' Wine settings.
 wineprefix: $(WIN)/wineprefix/.settings
@@ -46,7 +51,7 @@ $(WIN)/wineprefix/.settings: tests/wineprefix.reg | deps
 
 # Only what Quillon needs, so that a second start takes seconds.
 run: deps $(WIN)/CMakeCache.txt
-	cmake --build $(WIN) --target run_tree -j $(JOBS)
+	MAKEFLAGS= cmake --build $(WIN) --target run_tree -j $(JOBS)
 	@read -r -a args <<<"$${ARGS-}"; bash scripts/run.sh $${FILE:+--file "$$FILE"} "$${args[@]}"
 
 test-native: native
@@ -55,19 +60,25 @@ test-native: native
 test-windows: windows wineprefix
 	$(XVFB) bash -c 'ctest --test-dir $(WIN) --output-on-failure; rc=$$?; $(WINE_RUN) --server -k || true; exit $$rc'
 
-test: test-native test-windows test-fuzz
+# Every fuzzer still builds and survives a short run from its seeds.
+test-fuzz: fuzz-build
+	@bash scripts/run-fuzzers.sh build/fuzz 10
+
+# Two at a time, each log shown whole when it ends: the builds and the tests' Wine prefix (one build's
+# serial stretches, its links and generators, leave a core to the other), then the native tests, then
+# the Windows tests, which mostly wait for windows, beside the fuzzers, which keep one core busy each.
+test: deps
+	@echo "building side by side; each log appears when its part is done"
+	@$(MAKE) --no-print-directory -j2 -Otarget native windows fuzz-build wineprefix
+	@$(MAKE) --no-print-directory test-native
+	@$(MAKE) --no-print-directory -j2 -Otarget test-windows test-fuzz
 	@bash scripts/check-format.sh
 
-# Every fuzzer still builds and survives a short run from its seeds.
-test-fuzz:
-	$(MAKE) --no-print-directory fuzz FUZZ_SECONDS=10
-
-fuzz: deps build/fuzz/CMakeCache.txt
-	cmake --build build/fuzz -j $(JOBS)
+fuzz: fuzz-build
 	@bash scripts/run-fuzzers.sh build/fuzz $(FUZZ_SECONDS)
 
 bench: deps build/bench/CMakeCache.txt
-	cmake --build build/bench -j $(JOBS)
+	MAKEFLAGS= cmake --build build/bench -j $(JOBS)
 	@bash scripts/run-benchmarks.sh build/bench
 
 format:
