@@ -13,17 +13,17 @@
 namespace
 {
 
-#ifdef _WIN32
-const char* const separator = "\\";
-#else
-const char* const separator = "/"; // the native build's test runs; Windows takes both
-#endif
+// Windows takes "/" as well as "\\"; the native build's test runs take only "/"
+const char* const separator = "/";
 
 utString& base()
 {
     static utString directory;
     return directory;
 }
+
+// Counts the changes of the base directory.
+unsigned baseGeneration = 0;
 
 bool catalogDirectoryExists(const utString& language)
 {
@@ -41,7 +41,10 @@ const utString& qwzAppCatalog::baseDirectory()
 
 void qwzAppCatalog::setBaseDirectory(const utString& directory)
 {
+    if (base().str() == directory.str())
+        return;
     base() = utString::copyOf(directory.str());
+    ++baseGeneration;
 }
 
 qwzAppCatalog::~qwzAppCatalog()
@@ -81,8 +84,12 @@ utString qwzAppCatalog::translate(const char* text)
     // the empty key is the catalog's header, never a message
     if (!text || !*text)
         return utString::copyOf("");
-    if (!domain_)
+    if (domain_ && domainBase_ != baseGeneration)
+        stop();
+    if (!domain_) {
         domain_ = nlsDomainManager::createDomain(base().c_str(), "quillon");
+        domainBase_ = baseGeneration;
+    }
     return utString::copyOf(nlsDomainManager::translate(domain_, text));
 }
 

@@ -1,6 +1,7 @@
 // The application's message catalogs: start-up picks the language whose catalog directory exists (or
 // switches translation off), and every user-visible text is translated through the domain "quillon".
-// Invariant: the domain is created at the first translation and destroyed with the record.
+// Invariant: the domain is created at the first translation and destroyed with the record, and it always
+// searches the current catalog directory: a domain made before the directory changed is made afresh.
 #pragma once
 
 #include "foundation/utString.h"
@@ -37,6 +38,8 @@ public:
 
 private:
     nlsDomain* domain_ = nullptr;
+    // The base directory's generation the domain was made in.
+    unsigned domainBase_ = 0;
     utString requested_;
     utString used_;
 };

@@ -1,7 +1,10 @@
 // Dialog translation: controls first, in the order they were listed, the caption last.
 #include "app/qwzCDialog.h"
 
+#include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
+#include "resourceIds.h"
+#include "win/winApp.h"
 
 namespace
 {
@@ -43,4 +46,15 @@ INT_PTR qwzCDialog::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 bool qwzCDialog::OnNotify(const NMHDR&, LRESULT&)
 {
     return false;
+}
+
+void qwzCDialog::OnCreateFailed(DWORD error)
+{
+    std::wstring text = usesRichEdit && !qwzCStaticWithLink::libraryLoaded()
+                            ? qwzMessage(IDS_DIALOG_NEEDS_RICHEDIT)
+                            : qwzMessage(IDS_DIALOG_FAILED, static_cast<unsigned long>(error));
+    if (winApp* app = winApp::instance())
+        app->messageBox(text, MB_OK | MB_ICONERROR);
+    else
+        MessageBoxW(nullptr, text.c_str(), L"Quillon", MB_OK | MB_ICONERROR);
 }

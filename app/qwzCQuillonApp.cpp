@@ -8,10 +8,13 @@
 
 #include "app/qwzCAboutDlg.h"
 #include "app/qwzCMainFrame.h"
+#include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
+#include "app/qwzInstallDir.h"
 #include "app/qwzStartup.h"
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
+#include "http/qwzCCheckVersionDlg.h"
 #include "resourceIds.h"
 #include "win/winCommandLineInfo.h"
 #include "win/winDocTemplate.h"
@@ -32,16 +35,18 @@ std::wstring translateForFramework(const std::wstring& english)
 
 qwzCQuillonApp::qwzCQuillonApp() = default;
 
-qwzCQuillonApp::~qwzCQuillonApp()
-{
-    if (richEdit_)
-        FreeLibrary(richEdit_);
-}
+qwzCQuillonApp::~qwzCQuillonApp() = default;
 
 int qwzCQuillonApp::run(int showCommand)
 {
     qwzCQuillonApp app;
     return app.winMain(showCommand);
+}
+
+void qwzCQuillonApp::startTranslation(const utString& installRoot)
+{
+    qwzAppCatalog::setBaseDirectory(installDir(Locale, installRoot));
+    winApp::setTranslator(translateForFramework);
 }
 
 bool qwzCQuillonApp::initWindowing()
@@ -50,8 +55,9 @@ bool qwzCQuillonApp::initWindowing()
     controls.dwSize = 8;
     controls.dwICC = 0xFF;
     InitCommonControlsEx(&controls);
-    // the link control is a rich-edit control
-    richEdit_ = LoadLibraryW(L"Msftedit.dll");
+    // the link control is a rich-edit control; without the library only the dialogs that hold one fail,
+    // each with its message, so start-up goes on
+    qwzCStaticWithLink::loadLibrary();
     if (!winApp::initInstance())
         return false;
     oleStarted_ = SUCCEEDED(OleInitialize(nullptr));
@@ -67,7 +73,7 @@ bool qwzCQuillonApp::initWindowing()
 
 bool qwzCQuillonApp::initInstance()
 {
-    winApp::setTranslator(translateForFramework);
+    startTranslation(qwzInstallRoot());
     if (!initWindowing())
         return quitEarly_ = true, false;
 
@@ -91,6 +97,7 @@ bool qwzCQuillonApp::initInstance()
     DragAcceptFiles(frame->hwnd(), TRUE);
     ShowWindow(frame->hwnd(), showCommand());
     UpdateWindow(frame->hwnd());
+    runStartupVersionCheck(frame->hwnd());
     return true;
 }
 
@@ -110,7 +117,20 @@ bool qwzCQuillonApp::onCommand(unsigned id)
         onAppAbout();
         return true;
     }
+    if (id == ID_HELP_CHECK_VERSION) {
+        onCheckVersion();
+        return true;
+    }
     return winApp::onCommand(id);
+}
+
+bool qwzCQuillonApp::onUpdateCommand(unsigned id, winCommandState& state)
+{
+    if (id == ID_HELP_CHECK_VERSION) {
+        state.enabled = true;
+        return true;
+    }
+    return winApp::onUpdateCommand(id, state);
 }
 
 void qwzCQuillonApp::onAppAbout()
@@ -118,4 +138,11 @@ void qwzCQuillonApp::onAppAbout()
     winFrame* frame = mainFrame();
     qwzCAboutDlg about(frame ? frame->hwnd() : nullptr);
     about.doModal();
+}
+
+void qwzCQuillonApp::onCheckVersion()
+{
+    winFrame* frame = mainFrame();
+    qwzCCheckVersionDlg dialog(frame ? frame->hwnd() : nullptr);
+    dialog.doModal();
 }

@@ -10,6 +10,55 @@
 #include "app/qwzCText.h"
 #include "app/qwzLinkText.h"
 
+namespace
+{
+
+// The shell would open anything, a program or a script included: only web and mail targets are let through.
+bool opensSafely(const utString& url)
+{
+    std::string target = url.str();
+    for (char& c : target)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    for (const char* scheme : {"http:", "https:", "mailto:"})
+        if (target.rfind(scheme, 0) == 0)
+            return true;
+    return false;
+}
+
+// The one holder of the rich-edit library.
+struct RichEditLibrary {
+    HMODULE module = nullptr;
+    ~RichEditLibrary()
+    {
+        if (module)
+            FreeLibrary(module);
+    }
+};
+
+RichEditLibrary& richEdit()
+{
+    static RichEditLibrary library;
+    return library;
+}
+
+} // namespace
+
+bool qwzCStaticWithLink::loadLibrary(const wchar_t* name)
+{
+    RichEditLibrary& library = richEdit();
+    HMODULE loaded = LoadLibraryW(name);
+    if (library.module)
+        FreeLibrary(library.module);
+    library.module = loaded;
+    return loaded != nullptr;
+}
+
+bool qwzCStaticWithLink::libraryLoaded()
+{
+    return richEdit().module != nullptr;
+}
+
 qwzCStaticWithLink::qwzCStaticWithLink()
     : arrowCursor_(LoadCursorW(nullptr, MAKEINTRESOURCEW(32512))),
       handCursor_(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)))
@@ -161,7 +210,7 @@ bool qwzCStaticWithLink::handleNotify(const NMHDR& header, LRESULT& result)
     if (header.hwndFrom != hwnd_ || header.code != EN_LINK)
         return false;
     const auto& link = reinterpret_cast<const ENLINK&>(header);
-    if (link.msg == WM_LBUTTONUP)
+    if (link.msg == WM_LBUTTONUP && opensSafely(url_))
         openLink(url_);
     result = 0;
     return true;

@@ -1,6 +1,7 @@
 // A read-only rich-edit control showing a text with one link written as <a href="target">text</a>: the
 // link is blue and underlined, the cursor is a hand over it, and a left click opens its target with the
-// shell. Only the last anchor is tracked; every anchor's text is drawn as a link.
+// shell when it is an http:, https: or mailto: address (anything else is ignored). Only the last anchor is
+// tracked; every anchor's text is drawn as a link.
 #pragma once
 
 #include <windows.h>
@@ -18,6 +19,12 @@ public:
     qwzCStaticWithLink(const qwzCStaticWithLink&) = delete;
     qwzCStaticWithLink& operator=(const qwzCStaticWithLink&) = delete;
     virtual ~qwzCStaticWithLink();
+
+    // Loads the rich-edit library the control is made of and keeps it to the end of the process, in place
+    // of one loaded before; false when the system has none (`name` is the library's; tests change it).
+    static bool loadLibrary(const wchar_t* name = L"Msftedit.dll");
+    // True while a library loaded by loadLibrary is held.
+    static bool libraryLoaded();
 
     // Takes over an existing rich-edit control (a dialog's); false when it is no window.
     bool attach(HWND control);

@@ -32,7 +32,7 @@ qwzStartup::Outcome qwzStartup::run(const std::vector<std::string>& words, int& 
         return Quit;
     }
     qwzVersionInfo::instance().readProductFile(installDir(Install, root));
-    qwzAppCatalog::setBaseDirectory(installDir(Locale, root));
+    // the catalogs' directory was set by the application before its first translation
     qwzTheAppCatalog().start();
 
     line.parse(words);

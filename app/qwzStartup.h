@@ -1,6 +1,6 @@
 // The start-up steps that need no window: the installation tree, the product file, the catalogs, the
 // command line and the usage text. The application object runs them after its framework setup and
-// before its first window; a command-line run ends here.
+// before its first window, the catalogs' directory already set; a command-line run ends here.
 #pragma once
 
 #include <string>

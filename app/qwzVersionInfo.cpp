@@ -28,11 +28,7 @@ int localYear()
 {
     std::time_t now = std::time(nullptr);
     std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &now);
-#else
-    localtime_r(&now, &local);
-#endif
+    platform::localTime(now, local);
     return local.tm_year + 1900;
 }
 

@@ -83,6 +83,7 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
 
 bool qwzCQuillonDoc::onNewDocument()
 {
+    alteredFile_.clear();
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -96,6 +97,7 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
         view->clearView();
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
+    alteredFile_.clear();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -122,13 +124,17 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
                             ? static_cast<std::size_t>(SendMessageW(view->hwnd(), EM_GETLIMITTEXT, 0, 0))
                             : qwzEditText::maxUnits;
     std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
-    std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length) : 0;
+    bool exact = true;
+    std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length, &exact) : 0;
     if (read == ReadResult::TooLarge || units > limit || units > qwzEditText::maxUnits ||
         !qwzCEditOutput(view).writeFileText(std::move(bytes), length, units)) {
         tellUser(IDS_FILE_TOO_LARGE, path);
         return TooLarge;
     }
     setDocumentPath(path);
+    percentsCollapsed_ = length != size;
+    notUtf8_ = !exact;
+    alteredFile_ = percentsCollapsed_ || notUtf8_ ? pathName() : std::wstring();
     return Loaded;
 }
 
@@ -139,11 +145,44 @@ void qwzCQuillonDoc::serialize(std::string& bytes)
         bytes = qwzUtf8(view->text()).str();
 }
 
+winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
+{
+    if (!isSameFile(target, alteredFile_))
+        return SaveChoice::Write;
+    std::wstring text = qwzMessage(IDS_SAVE_ALTERS_FILE, qwzUtf8(target).c_str());
+    if (percentsCollapsed_)
+        text += qwzMessage(IDS_SAVE_ALTERS_PERCENT);
+    if (notUtf8_)
+        text += qwzMessage(IDS_SAVE_ALTERS_UTF8);
+    text += qwzMessage(IDS_SAVE_ALTERS_QUESTION);
+    // No is the default: Enter must not change the file
+    switch (ask(text, MB_YESNOCANCEL | MB_ICONWARNING | MB_DEFBUTTON2)) {
+    case IDYES:
+        return SaveChoice::Write;
+    case IDNO:
+        return SaveChoice::OtherName;
+    default:
+        return SaveChoice::Cancel;
+    }
+}
+
+bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
+{
+    if (!winDocument::onSaveDocument(path))
+        return false;
+    if (isSameFile(path, alteredFile_))
+        alteredFile_.clear();
+    return true;
+}
+
 void qwzCQuillonDoc::tellUser(unsigned id, const utString& path)
 {
-    std::wstring text = qwzMessage(id, path.c_str());
+    ask(qwzMessage(id, path.c_str()), MB_OK | MB_ICONERROR);
+}
+
+int qwzCQuillonDoc::ask(const std::wstring& text, unsigned type)
+{
     if (winApp* app = winApp::instance())
-        app->messageBox(text, MB_OK | MB_ICONERROR);
-    else
-        MessageBoxW(nullptr, text.c_str(), L"Quillon", MB_OK | MB_ICONERROR);
+        return app->messageBox(text, type);
+    return MessageBoxW(nullptr, text.c_str(), L"Quillon", type);
 }

@@ -1,6 +1,8 @@
 // Quillon's document: one plain-text file shown in the view, which is the only store of its text. A file
 // is read in one piece and shown through the edit channel with "%%" rendered as "%" and nothing else
-// interpreted; saving writes the view's text as UTF-8 with CR-LF and no byte-order mark.
+// interpreted; saving writes the view's text as UTF-8 with CR-LF and no byte-order mark. When the text
+// shown is not the file's (a doubled per cent sign shown as one, bytes that are not UTF-8), the first
+// save over that file asks first.
 #pragma once
 
 #include "foundation/utString.h"
@@ -32,11 +34,20 @@ public:
     bool onOpenDocument(const std::wstring& path) override;
     void setPathName(const std::wstring& path, bool addToRecentFiles = true) override;
     void serialize(std::string& bytes) override;
+    // Over the file whose text is not shown as it is: Yes writes, No goes to Save As, Cancel writes nothing.
+    SaveChoice confirmSave(const std::wstring& target) override;
+    bool onSaveDocument(const std::wstring& path) override;
 
 private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
+    // A message box of `type` through the application; the button chosen.
+    static int ask(const std::wstring& text, unsigned type);
 
     // Set while the template finishes an open that showed nothing.
     bool keepUntitled_ = false;
+    // The file shown otherwise than it is on disk, and how; empty once the shown text was saved over it.
+    std::wstring alteredFile_;
+    bool percentsCollapsed_ = false;
+    bool notUtf8_ = false;
 };

@@ -32,6 +32,15 @@ bool qwzCQuillonView::OnCreate()
     return true;
 }
 
+LOGFONTW qwzCQuillonView::printerFont(HDC printer) const
+{
+    LOGFONTW font = winEditView::printerFont(printer);
+    // the screen font is rounded to whole screen pixels; paper gets the 10 pt exactly
+    if (font_)
+        font.lfHeight = -MulDiv(100, GetDeviceCaps(printer, LOGPIXELSY), 720);
+    return font;
+}
+
 void qwzCQuillonView::clearView()
 {
     if (!hwnd())

@@ -1,6 +1,6 @@
 // The document's view: the framework's edit view in Courier New 10 pt, wrapping long lines at the
-// window's edge (never a horizontal scroll bar), with Go To Line. The edit control is the only store of
-// the document's text.
+// window's edge (never a horizontal scroll bar), with Go To Line; it prints in the same font. The edit control is the
+// only store of the document's text.
 #pragma once
 
 #include <windows.h>
@@ -28,6 +28,9 @@ public:
 
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
+
+    // Prints in the display font's 10 pt, made for the printer's own resolution.
+    LOGFONTW printerFont(HDC printer) const override;
 
     // The display font; null when it could not be made.
     HFONT font() const

@@ -74,8 +74,11 @@ std::size_t qwzEditText::crlfCopy(const char* utf8, std::size_t length, char* ou
     return w;
 }
 
-std::size_t qwzEditText::unitCount(const char* utf8, std::size_t length)
+std::size_t qwzEditText::unitCount(const char* utf8, std::size_t length, bool* exact)
 {
+    bool roundTrips = true;
+    if (exact)
+        *exact = true;
     if (utf8 == nullptr)
         return 0;
     const auto* in = reinterpret_cast<const unsigned char*>(utf8);
@@ -92,7 +95,11 @@ std::size_t qwzEditText::unitCount(const char* utf8, std::size_t length)
         unsigned value;
         i += decode(in + i, length - i, value);
         units += (value != 0xFFFFFFFF && value > 0xFFFF) ? 2 : 1;
+        // a lone 0x80 stands for U+0080, which is written back as two bytes
+        roundTrips = roundTrips && value != 0xFFFFFFFF && b != 0x80;
     }
+    if (exact)
+        *exact = roundTrips;
     return units;
 }
 

@@ -21,8 +21,10 @@ public:
     // Copies `utf8` to `out` (room for length + crCount bytes) with the CRs added; returns the bytes written.
     static std::size_t crlfCopy(const char* utf8, std::size_t length, char* out);
 
-    // UTF-16 units that assign() would produce (CRs included).
-    static std::size_t unitCount(const char* utf8, std::size_t length);
+    // UTF-16 units that assign() would produce (CRs included). With `exact`, also whether the text is
+    // UTF-8 that comes back byte for byte when the units are written as UTF-8 again (no sequence shown as
+    // '?', no lone 0x80).
+    static std::size_t unitCount(const char* utf8, std::size_t length, bool* exact = nullptr);
 
     // Converts `utf8` into `out`, which has room for unitCount() units and a NUL; returns the units written.
     // For callers that own the destination (an edit control's own buffer).

@@ -5,15 +5,8 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/utTextConversion.h"
 #include "platform/platform.h"
-
-#ifdef _WIN32
-#include <io.h>
-#define qwz_exit_now _exit
-#else
-#include <unistd.h>
-#define qwz_exit_now _exit
-#endif
 
 namespace
 {
@@ -50,7 +43,8 @@ void utFatal(bool assertion, std::FILE* stream, const char* prefix, const char* 
             reportMode = Unset;
             return;
         }
-        qwz_exit_now(2);
+        // at once: no exit handler may run into the same failure again
+        std::_Exit(2);
     }
 
     char report[1024];
@@ -69,8 +63,8 @@ void utFatal(bool assertion, std::FILE* stream, const char* prefix, const char* 
     }
 
     if (reportMode == File) {
-        // the name is taken as it stands: ORBA_ASSERT is set by whoever runs the program
-        if (std::FILE* f = std::fopen(choice, "a+b")) {
+        // a UTF-8 name, as every file name of the program
+        if (std::FILE* f = utOpenFile(choice, "a+b")) {
             std::fputs(report, f);
             std::fclose(f);
         }

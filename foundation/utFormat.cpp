@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 utString utFormatV(const char* format, va_list args)
@@ -18,7 +19,10 @@ utString utFormatV(const char* format, va_list args)
         va_end(copy);
         // some runtimes report a short buffer with -1, others with the needed length
         if (n >= 0 && size_t(n) < size) {
-            utString text(buffer, n);
+            // every formatted byte, a NUL from "%c" included: the copying constructor would stop there
+            utString text = utString::copyOf("");
+            text.resize(n);
+            std::memcpy(text.writableText(), buffer, size_t(n));
             std::free(buffer);
             return text;
         }

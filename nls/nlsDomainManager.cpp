@@ -126,12 +126,15 @@ const nlsLanguage& nlsDomainManager::requestedLanguage()
 void nlsDomainManager::setLanguageForAllDomains(const char* language)
 {
     State& s = state();
-    s.requested = nlsLanguage(language);
+    // our own copy first: `language` may be the text of the requested or a domain's language, which the
+    // assignments below free
+    const nlsLanguage wanted(language);
+    s.requested = wanted;
     if (s.domains) {
         DomainList& list = *s.domains;
         for (DomainNode* n = list.head.next; n != &list.head; n = n->next)
-            if (!(n->domain->language() == language))
-                setDomainLanguage(n->domain, language);
+            if (!(n->domain->language() == wanted.text()))
+                setDomainLanguage(n->domain, wanted.text());
     }
     setLocale(0);
 }
@@ -235,7 +238,9 @@ void nlsDomainManager::searchCatalog(nlsDomain* domain, const char* directory)
 {
     const char* nlsPath = std::getenv("NLSPATH");
     const bool fromEnvironment = nlsPath && *nlsPath;
-    if (!fromEnvironment && (!directory || !*directory))
+    // only an unset NLSPATH stops a search that has no directory; a set one, even empty, lets it run
+    // (and warn when nothing is found)
+    if (!nlsPath && (!directory || !*directory))
         return;
     nlsSearchPath path;
     if (directory && *directory)
@@ -300,28 +305,6 @@ Category mapCategory(int category)
     }
 }
 
-// Sets the C library's locale; returns the name that worked, or empty. Windows takes our language
-// names as they are; glibc knows only POSIX names, so the native build maps the few languages Quillon
-// ships and otherwise settles on C.UTF-8 rather than warn about a name it can never know.
-std::string setCLocale(int c, const std::string& name)
-{
-    if (std::setlocale(c, name.c_str()))
-        return name;
-#ifdef _WIN32
-    return {};
-#else
-    static const char* const table[][2] = {
-        {"English", "en_GB.UTF-8"}, {"German", "de_DE.UTF-8"},  {"French", "fr_FR.UTF-8"},
-        {"Spanish", "es_ES.UTF-8"}, {"Italian", "it_IT.UTF-8"}, {"Japanese", "ja_JP.UTF-8"},
-    };
-    std::string language = name.substr(0, name.find_first_of("-_"));
-    for (const auto& row : table)
-        if (language == row[0] && std::setlocale(c, row[1]))
-            return row[1];
-    return std::setlocale(c, "C.UTF-8") ? "C.UTF-8" : "";
-#endif
-}
-
 // The global standard locale: the named one for the category where the standard library knows it,
 // always with our number punctuation.
 void setStandardLocale(const std::string& name, std::locale::category category)
@@ -354,7 +337,7 @@ uint32_t nlsDomainManager::setLocale(int category)
     const Category mapped = mapCategory(category);
     nlsError error;
     if (!name.empty()) {
-        std::string used = setCLocale(mapped.c, name);
+        std::string used = platform::setCLocale(mapped.c, name);
         if (used.empty()) {
             error = nlsError(nlsError::LocaleFailed);
             error.addArgument(name.c_str());

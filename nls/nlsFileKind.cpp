@@ -54,6 +54,7 @@ nlsFileKind kindOfFailure(int error, const std::string& path)
     case EACCES:
         return nlsACCESS_DENIED;
     case EMLINK:
+    case ELOOP:
         return nlsLINK_ERROR;
     case ENAMETOOLONG:
         return nlsNAME_TOO_LONG;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <ctime>
 #include <string>
 
 namespace platform
@@ -43,6 +44,15 @@ struct UserLocale {
     std::string abbrevCountry;
 };
 UserLocale userDefaultLocale();
+
+// Sets the C library's locale for `category` (its own LC_ number) to what the non-empty `name` stands
+// for: a Windows locale name such as "German" or "English_GBR". Returns the name of the locale set, empty
+// when the system knows none. Elsewhere the languages Quillon ships stand for their POSIX locales (C.UTF-8
+// where those are not installed) and any other name must be one the system knows as it is.
+std::string setCLocale(int category, const std::string& name);
+
+// The local time of `t`; false when the system cannot convert it.
+bool localTime(std::time_t t, std::tm& out);
 
 // Full path of the running executable in UTF-8, at most `maxChars` UTF-16 characters; empty on failure.
 std::string executablePath(unsigned maxChars = 256);

@@ -2,6 +2,7 @@
 #include "platform/platform.h"
 
 #include <cerrno>
+#include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <sys/stat.h>
@@ -116,6 +117,28 @@ void messageBox(const std::string& text, const std::string& title, BoxIcon)
 std::string loadString(unsigned id)
 {
     return qwzStringTableLookup(id);
+}
+
+std::string setCLocale(int category, const std::string& name)
+{
+    static const char* const shipped[][2] = {
+        {"English", "en_GB.UTF-8"}, {"German", "de_DE.UTF-8"},  {"French", "fr_FR.UTF-8"},
+        {"Spanish", "es_ES.UTF-8"}, {"Italian", "it_IT.UTF-8"}, {"Japanese", "ja_JP.UTF-8"},
+    };
+    std::string language = name.substr(0, name.find_first_of("-_"));
+    for (const auto& row : shipped) {
+        if (language != row[0])
+            continue;
+        if (std::setlocale(category, row[1]))
+            return row[1];
+        return std::setlocale(category, "C.UTF-8") ? "C.UTF-8" : "";
+    }
+    return std::setlocale(category, name.c_str()) ? name : std::string();
+}
+
+bool localTime(std::time_t t, std::tm& out)
+{
+    return localtime_r(&t, &out) != nullptr;
 }
 
 void debugBreak() {}

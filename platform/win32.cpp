@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <clocale>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <vector>
@@ -132,6 +133,16 @@ std::string loadString(unsigned id)
     // length 0 asks for a read-only pointer into the resource, so no buffer limits the text
     int n = LoadStringW(GetModuleHandleW(nullptr), id, reinterpret_cast<LPWSTR>(&text), 0);
     return n > 0 ? utf8(text, n) : std::string();
+}
+
+std::string setCLocale(int category, const std::string& name)
+{
+    return std::setlocale(category, name.c_str()) ? name : std::string();
+}
+
+bool localTime(std::time_t t, std::tm& out)
+{
+    return localtime_s(&out, &t) == 0;
 }
 
 void debugBreak()

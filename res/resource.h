@@ -15,3 +15,7 @@
 #define IDD_GOTO_LINE 249
 #define IDC_GOTO_LINE_NUMBER 250
 #define IDC_GOTO_LINE_LABEL 251
+
+// Check For Later Version: the message with its link, then the OK button (IDOK)
+#define IDD_CHECK_VERSION 361
+#define IDC_VERSION_MESSAGE 275

@@ -37,4 +37,7 @@ if [ "${1:-}" = --file ]; then
 fi
 
 "$QUILLON_WINE_RUN" --boot
-exec "$QUILLON_WINE_RUN" "$build/start_as_windows.exe" "$build/dist/Quillon/sys/exec/quillon.exe" "${args[@]}"
+# the start-up version check asks a local product-attribute server that knows this build's own version;
+# it stops when Quillon ends
+exec python3 "$root/tests/server/productServer.py" --table "$build/run-products.txt" --wrap \
+    "$QUILLON_WINE_RUN" "$build/start_as_windows.exe" "$build/dist/Quillon/sys/exec/quillon.exe" "${args[@]}"

@@ -16,7 +16,7 @@
 namespace
 {
 
-enum : unsigned { cmdNew = 57600, cmdOpen = 57601, cmdExit = 57665, appTitleId = 57344 };
+enum : unsigned { cmdNew = 57600, cmdOpen = 57601, cmdPrintSetup = 57606, cmdExit = 57665, appTitleId = 57344 };
 
 winApp* current = nullptr;
 
@@ -231,6 +231,16 @@ void winApp::onFileOpen()
         openDocumentFile(path);
 }
 
+bool winApp::onFilePrintSetup()
+{
+    if (!winPrinter::installed()) {
+        messageBox(winText::load(WIN_IDS_NO_PRINTER), MB_OK | MB_ICONINFORMATION);
+        return false;
+    }
+    winFrame* frame = mainFrame();
+    return printer_.setup(frame ? frame->hwnd() : nullptr) == winPrinter::Answer::Ok;
+}
+
 void winApp::openRecentFile(size_t index)
 {
     if (!recentFiles_ || index >= recentFiles_->size())
@@ -258,6 +268,9 @@ bool winApp::onCommand(unsigned id)
     case cmdOpen:
         onFileOpen();
         return true;
+    case cmdPrintSetup:
+        onFilePrintSetup();
+        return true;
     case cmdExit:
         if (winFrame* frame = mainFrame(); frame && frame->hwnd())
             SendMessageW(frame->hwnd(), WM_CLOSE, 0, 0);
@@ -269,6 +282,10 @@ bool winApp::onCommand(unsigned id)
 
 bool winApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
+    if (id == cmdPrintSetup) {
+        state.enabled = true;
+        return true;
+    }
     if (id < winFrame::recentFileFirst || id > winFrame::recentFileLast)
         return false;
     state.enabled = recentFiles_ && id - winFrame::recentFileFirst < recentFiles_->size();

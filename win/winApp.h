@@ -1,10 +1,11 @@
 // The application object: start-up and shut-down hooks, the message loop (modeless dialogs, the frame's
 // accelerators, idle time), the document template, the settings key and recent-file list, the
-// application's commands (New, Open, Exit, recent files) and the seams through which every message box
-// and file dialog of the framework passes. One per process.
+// application's commands (New, Open, Exit, recent files, Print Setup), the session's printer and the seams through
+// which every message box and file dialog of the framework passes. One per process.
 #pragma once
 
 #include "win/winCommandTarget.h"
+#include "win/winPrinter.h"
 #include "win/winText.h"
 
 #include <windows.h>
@@ -93,12 +94,20 @@ public:
     // Opens `path` (after the save prompt) through the template; null when cancelled or failed.
     virtual winDocument* openDocumentFile(const std::wstring& path);
 
-    // New 57600, Open 57601, Exit 57665, recent files 57616..57631.
+    // The printer of the session, which Print Setup chooses.
+    winPrinter& printer()
+    {
+        return printer_;
+    }
+
+    // New 57600, Open 57601, Print Setup 57606, Exit 57665, recent files 57616..57631.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
     // The File menu's commands; tests and subclasses call them directly.
     virtual void onFileNew();
     virtual void onFileOpen();
+    // Print Setup; true when the user chose (tells the user when no printer is installed).
+    bool onFilePrintSetup();
     // Opens recent entry `index`; a vanished file is removed from the list with a message.
     virtual void openRecentFile(size_t index);
 
@@ -117,4 +126,5 @@ private:
     std::vector<HWND> modeless_;
     std::unique_ptr<winRecentFiles> recentFiles_;
     std::unique_ptr<winDocTemplate> template_;
+    winPrinter printer_;
 };

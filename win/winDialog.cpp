@@ -24,18 +24,25 @@ INT_PTR winDialog::doModal()
 {
     modal_ = true;
     result_ = 0;
-    return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId_), parent_, DialogProc,
-                           reinterpret_cast<LPARAM>(this));
+    SetLastError(ERROR_SUCCESS);
+    INT_PTR result = DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId_), parent_, DialogProc,
+                                     reinterpret_cast<LPARAM>(this));
+    if (result == -1)
+        OnCreateFailed(GetLastError());
+    return result;
 }
 
 bool winDialog::create()
 {
     modal_ = false;
     result_ = 0;
+    SetLastError(ERROR_SUCCESS);
     HWND h = CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId_), parent_, DialogProc,
                                 reinterpret_cast<LPARAM>(this));
-    if (!h)
+    if (!h) {
+        OnCreateFailed(GetLastError());
         return false;
+    }
     if (winApp* app = winApp::instance())
         app->addModelessDialog(h);
     ShowWindow(h, SW_SHOW);
@@ -117,6 +124,8 @@ INT_PTR winDialog::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         return FALSE;
     }
 }
+
+void winDialog::OnCreateFailed(DWORD) {}
 
 bool winDialog::OnInitDialog()
 {

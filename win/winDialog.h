@@ -66,6 +66,9 @@ protected:
     virtual bool OnCommand(unsigned id, unsigned code, HWND control);
     // Exchanges the members with the controls (dx.exchangeInt, dx.exchangeText); the default has none.
     virtual void doDataExchange(winDataExchange& dx);
+    // The dialog could not be made (`error` from the system): the place to tell the user. The default
+    // tells nothing.
+    virtual void OnCreateFailed(DWORD error);
 
 private:
     static INT_PTR CALLBACK DialogProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);

@@ -125,6 +125,8 @@ bool winDocument::deserialize(const std::string& bytes)
 
 std::wstring winDocument::saveErrorText(const std::wstring& path, const winSaveResult& result)
 {
+    if (!result.originalKeptAs.empty())
+        return winText::formatId(WIN_IDS_SAVE_KEPT_BOTH, {path, result.originalKeptAs, result.newKeptAs});
     switch (result.error) {
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
@@ -177,14 +179,35 @@ bool winDocument::doFileSave()
     return doSave(pathName_);
 }
 
+winDocument::SaveChoice winDocument::confirmSave(const std::wstring&)
+{
+    return SaveChoice::Write;
+}
+
+bool winDocument::isSameFile(const std::wstring& a, const std::wstring& b)
+{
+    if (a.empty() || b.empty())
+        return false;
+    std::wstring fullA = fullPath(a), fullB = fullPath(b);
+    return CompareStringOrdinal(fullA.c_str(), int(fullA.size()), fullB.c_str(), int(fullB.size()), TRUE) == CSTR_EQUAL;
+}
+
 bool winDocument::doSave(const std::wstring& path, bool replacePath)
 {
     std::wstring target = path;
-    if (target.empty()) {
-        winApp* app = winApp::instance();
-        target = pathName_.empty() ? title_ : pathName_;
-        if (!app || !app->promptFileName(false, target))
+    for (;;) {
+        if (target.empty()) {
+            winApp* app = winApp::instance();
+            target = pathName_.empty() ? title_ : pathName_;
+            if (!app || !app->promptFileName(false, target))
+                return false;
+        }
+        SaveChoice choice = confirmSave(target);
+        if (choice == SaveChoice::Cancel)
             return false;
+        if (choice == SaveChoice::Write)
+            break;
+        target.clear();
     }
     if (!onSaveDocument(target))
         return false;

@@ -76,6 +76,13 @@ public:
     // Cancel returns false: the caller must not close or replace the document.
     virtual bool saveModified();
 
+    // What confirmSave() decides about writing to a target.
+    enum class SaveChoice { Write, OtherName, Cancel };
+    // Asked before every write to `target`; OtherName goes (back) to Save As. The default writes.
+    virtual SaveChoice confirmSave(const std::wstring& target);
+    // True when `a` and `b` name the same file (full paths compared without regard to case).
+    static bool isSameFile(const std::wstring& a, const std::wstring& b);
+
     // Save (to the path, or Save As when there is none); false when not saved.
     bool doFileSave();
     // Save As when `path` is empty (asking for a name), else save to `path`; false when not saved.

@@ -4,7 +4,11 @@
 
 #include "win/winApp.h"
 #include "win/winDocument.h"
+#include "win/winFrame.h"
+#include "win/winPrintJob.h"
+#include "win/winPrintPreview.h"
 #include "win/winText.h"
+#include "win/winTextPrinter.h"
 
 #include "resourceIds.h"
 
@@ -21,6 +25,9 @@ enum : unsigned {
     cmdPaste = 57637,
     cmdSelectAll = 57642,
     cmdUndo = 57643,
+    cmdPrint = 57607,
+    cmdPrintDirect = 57608,
+    cmdPrintPreview = 57609,
 };
 
 bool isWordChar(wchar_t c)
@@ -44,8 +51,11 @@ void lowerInPlace(std::wstring& s)
 
 } // namespace
 
+winEditView::winEditView() = default;
+
 winEditView::~winEditView()
 {
+    preview_.reset();
     if (findDialog_) {
         if (winApp* app = winApp::instance())
             app->removeModelessDialog(findDialog_);
@@ -140,6 +150,13 @@ bool winEditView::onCommand(unsigned id)
     case cmdFind:
         openFindDialog();
         return true;
+    case cmdPrint:
+    case cmdPrintDirect:
+        print(id == cmdPrintDirect);
+        return true;
+    case cmdPrintPreview:
+        printPreview();
+        return true;
     default:
         return false;
     }
@@ -164,6 +181,12 @@ bool winEditView::onUpdateCommand(unsigned id, winCommandState& state)
     case cmdSelectAll:
     case cmdFind:
         state.enabled = GetWindowTextLengthW(hwnd_) > 0;
+        return true;
+    case cmdPrint:
+    case cmdPrintDirect:
+    case cmdPrintPreview:
+        // an empty document prints one empty page; no printer is told when chosen
+        state.enabled = true;
         return true;
     default:
         return false;
@@ -270,4 +293,96 @@ bool winEditView::findText(const std::wstring& what, bool matchCase, bool wholeW
         return false;
     setSelection(found, found + needle.size());
     return true;
+}
+
+LOGFONTW winEditView::printerFont(HDC printer) const
+{
+    LOGFONTW font = {};
+    HFONT shown = hwnd_ ? reinterpret_cast<HFONT>(SendMessageW(hwnd_, WM_GETFONT, 0, 0)) : nullptr;
+    if (!shown || !GetObjectW(shown, sizeof font, &font))
+        GetObjectW(GetStockObject(SYSTEM_FIXED_FONT), sizeof font, &font);
+    HDC screen = GetDC(nullptr);
+    int screenDpi = GetDeviceCaps(screen, LOGPIXELSY);
+    ReleaseDC(nullptr, screen);
+    font.lfHeight = MulDiv(font.lfHeight, GetDeviceCaps(printer, LOGPIXELSY), screenDpi);
+    font.lfWidth = 0;
+    return font;
+}
+
+namespace
+{
+
+// Asks about an installed printer before anything else, so no print command ends in silence.
+bool printerInstalled(winApp& app)
+{
+    if (winPrinter::installed())
+        return true;
+    app.messageBox(winText::load(WIN_IDS_NO_PRINTER), MB_OK | MB_ICONINFORMATION);
+    return false;
+}
+
+std::wstring jobTitle(const winDocument* document)
+{
+    if (document && !document->title().empty())
+        return document->title();
+    winApp* app = winApp::instance();
+    return app ? app->appName() : std::wstring();
+}
+
+} // namespace
+
+void winEditView::print(bool direct)
+{
+    winApp* app = winApp::instance();
+    if (!app || !hwnd_ || !printerInstalled(*app))
+        return;
+    HWND owner = GetParent(hwnd_);
+    size_t start = 0, end = 0;
+    selection(start, end);
+    winPrinter::Job job;
+    if (direct)
+        job.dc = app->printer().createDC();
+    else if (app->printer().printDialog(owner, end > start, job) == winPrinter::Answer::Cancelled)
+        return;
+    if (!job.dc) {
+        app->messageBox(winText::formatId(WIN_IDS_PRINTER_UNUSABLE, {app->printer().name()}), MB_OK | MB_ICONERROR);
+        return;
+    }
+    {
+        std::wstring body = text();
+        if (job.selection)
+            body = body.substr(std::min(start, body.size()), end - start);
+        winTextPrinter printable(std::move(body), [this](HDC printer) { return printerFont(printer); });
+        winPrintJob::run(job.dc, app->printer().name(), printable, jobTitle(document_), job.fromPage, job.toPage,
+                         owner);
+    }
+    // only after the printable has let go of it
+    DeleteDC(job.dc);
+}
+
+winPrintPreview* winEditView::preview() const
+{
+    return preview_ && preview_->hwnd() ? preview_.get() : nullptr;
+}
+
+bool winEditView::printPreview()
+{
+    winApp* app = winApp::instance();
+    winFrame* frame = app ? app->mainFrame() : nullptr;
+    if (!frame || frame->activeView() != this || preview() || !printerInstalled(*app))
+        return false;
+    HDC printer = app->printer().createDC();
+    if (!printer) {
+        app->messageBox(winText::formatId(WIN_IDS_PRINTER_UNUSABLE, {app->printer().name()}), MB_OK | MB_ICONERROR);
+        return false;
+    }
+    // Find Next would search a view nobody sees
+    if (findDialog_)
+        SendMessageW(findDialog_, WM_COMMAND, IDCANCEL, 0);
+    auto printable = std::make_unique<winTextPrinter>(text(), [this](HDC printerDC) { return printerFont(printerDC); });
+    preview_ = std::make_unique<winPrintPreview>(*frame, *this, std::move(printable), printer);
+    if (preview_->create())
+        return true;
+    preview_.reset();
+    return false;
 }

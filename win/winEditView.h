@@ -1,6 +1,7 @@
 // The edit view: a multi-line EDIT control that fills the frame's client area and is the only store of
 // the document's text. Word wrap comes from the style (no horizontal scroll); the text limit is raised at
-// creation so that a big file is never cut. Nothing here walks the text per line.
+// creation so that a big file is never cut. Nothing here walks the text per line. It prints its text (or
+// the selection) in its own font with page numbers, and previews it in the frame.
 #pragma once
 
 #include "win/winCommandTarget.h"
@@ -9,9 +10,11 @@
 
 #include <commdlg.h>
 
+#include <memory>
 #include <string>
 
 class winDocument;
+class winPrintPreview;
 
 class winEditView : public winCommandTarget
 {
@@ -19,7 +22,7 @@ public:
     // The control id of the view inside its frame.
     static constexpr unsigned paneId = 0xE900;
 
-    winEditView() = default;
+    winEditView();
     winEditView(const winEditView&) = delete;
     winEditView& operator=(const winEditView&) = delete;
     // Closes the Find dialog and destroys the control if they still exist.
@@ -57,7 +60,7 @@ public:
     void selection(size_t& start, size_t& end) const;
 
     // Edit, Find and Select All commands (Undo 57643, Cut 57635, Copy 57634, Paste 57637, Clear 57632,
-    // Select All 57642, Find 57636).
+    // Select All 57642, Find 57636), Print 57607, Print Direct 57608 and Print Preview 57609.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
@@ -80,6 +83,16 @@ public:
     // match. False when there is none; the selection then stays.
     bool findText(const std::wstring& what, bool matchCase, bool wholeWord, bool down);
 
+    // Prints the text: through the Print dialog (all, a page range or the selection), or `direct` on the
+    // session's printer without a dialog. Tells the user when there is no printer.
+    void print(bool direct);
+    // Shows the print preview in the frame; false when it could not (the user was told why).
+    bool printPreview();
+    // The preview showing now; null when none.
+    winPrintPreview* preview() const;
+    // The font to print with on `printer`: the view's font scaled from the screen's resolution.
+    virtual LOGFONTW printerFont(HDC printer) const;
+
 protected:
     // The control's style; the default is the word-wrapping style with a vertical scroll bar.
     virtual DWORD windowStyle() const;
@@ -96,4 +109,5 @@ private:
     HWND findDialog_ = nullptr;
     FINDREPLACEW findRequest_ = {};
     wchar_t findBuffer_[256] = {};
+    std::unique_ptr<winPrintPreview> preview_;
 };

@@ -112,9 +112,23 @@ void winFrame::recalcLayout()
     RECT client = {};
     GetClientRect(hwnd(), &client);
     layoutBars(client);
-    if (view_ && view_->hwnd())
-        MoveWindow(view_->hwnd(), client.left, client.top, client.right - client.left, client.bottom - client.top,
-                   TRUE);
+    HWND pane = overlay_ ? overlay_ : (view_ ? view_->hwnd() : nullptr);
+    if (pane)
+        MoveWindow(pane, client.left, client.top, client.right - client.left, client.bottom - client.top, TRUE);
+}
+
+void winFrame::setViewOverlay(HWND overlay, winCommandTarget* target)
+{
+    overlay_ = overlay;
+    overlayTarget_ = overlay ? target : nullptr;
+    HWND view = view_ ? view_->hwnd() : nullptr;
+    if (view)
+        ShowWindow(view, overlay ? SW_HIDE : SW_SHOW);
+    recalcLayout();
+    if (overlay)
+        ShowWindow(overlay, SW_SHOW);
+    if (HWND focus = overlay ? overlay : view)
+        SetFocus(focus);
 }
 
 void winFrame::OnSize()
@@ -124,7 +138,9 @@ void winFrame::OnSize()
 
 void winFrame::OnSetFocus()
 {
-    if (view_ && view_->hwnd())
+    if (overlay_)
+        SetFocus(overlay_);
+    else if (view_ && view_->hwnd())
         SetFocus(view_->hwnd());
 }
 
@@ -191,7 +207,9 @@ bool winFrame::routeCommand(unsigned id)
 {
     if (onCommand(id))
         return true;
-    if (view_ && view_->onCommand(id))
+    // while an overlay shows, it answers for the hidden view
+    winCommandTarget* pane = overlayTarget_ ? overlayTarget_ : view_;
+    if (pane && pane->onCommand(id))
         return true;
     if (document_ && document_->onCommand(id))
         return true;
@@ -203,7 +221,8 @@ bool winFrame::routeUpdateCommand(unsigned id, winCommandState& state)
 {
     if (onUpdateCommand(id, state))
         return true;
-    if (view_ && view_->onUpdateCommand(id, state))
+    winCommandTarget* pane = overlayTarget_ ? overlayTarget_ : view_;
+    if (pane && pane->onUpdateCommand(id, state))
         return true;
     if (document_ && document_->onUpdateCommand(id, state))
         return true;
@@ -252,6 +271,9 @@ void winFrame::openDroppedFiles(HDROP drop)
     DragFinish(drop);
     if (path.empty())
         return;
+    // the overlay shows the document that is about to be replaced
+    if (overlay_)
+        SendMessageW(overlay_, WM_CLOSE, 0, 0);
     SetForegroundWindow(hwnd());
     if (winApp* app = winApp::instance())
         app->openDocumentFile(path);

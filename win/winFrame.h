@@ -1,7 +1,7 @@
 // The main frame of a single-document program: menu and accelerators from resource `resourceId`, the
 // view filling the client area, command routing (frame -> view -> document -> application), menu item
 // states, the save prompt on close and dropped files. Bars (toolbar, status bar) hook in through
-// layoutBars without the frame knowing them.
+// layoutBars without the frame knowing them; print preview takes the view's place as an overlay.
 #pragma once
 
 #include "win/winCommandTarget.h"
@@ -66,8 +66,17 @@ public:
     virtual std::wstring messageText() const;
     virtual void setMessageText(const std::wstring& text);
 
-    // Sizes the bars and the view to the client area.
+    // Sizes the bars and the view (or the window shown in its place) to the client area.
     void recalcLayout();
+
+    // Shows `overlay` (print preview) in the view's place, the view hidden, and routes the view's share of
+    // the commands to `target` instead; null gives the view back, with the focus. Not owned; it is sent
+    // WM_CLOSE when a dropped file replaces the document.
+    void setViewOverlay(HWND overlay, winCommandTarget* target);
+    HWND viewOverlay() const
+    {
+        return overlay_;
+    }
 
     // Lets the user drop files on the window (DragAcceptFiles).
     void acceptDroppedFiles(bool accept = true);
@@ -105,4 +114,6 @@ private:
     unsigned resourceId_ = 0;
     std::wstring appTitle_;
     std::wstring messageText_;
+    HWND overlay_ = nullptr;
+    winCommandTarget* overlayTarget_ = nullptr;
 };

@@ -15,12 +15,14 @@ EXE = os.path.join(DIST_DIR, "sys", "exec", "quillon.exe")
 WINEPREFIX = os.environ.get("QUILLON_WINEPREFIX", os.path.join(BUILD_DIR, "wineprefix"))
 ARTIFACTS = os.environ.get("QUILLON_E2E_ARTIFACTS", os.path.join(BUILD_DIR, "e2e-artifacts"))
 WINE_RUN = os.path.join(SOURCE_DIR, "cmake", "wine-run.sh")
+WINDOW_TEXT = os.environ.get("QUILLON_WINDOW_TEXT", os.path.join(BUILD_DIR, "tests", "windowText.exe"))
 
 
 def wine_env(extra=None):
     env = dict(os.environ)
+    # no start-up version check unless a test asks for one: tests never reach out to the maker's server
     env.update({"WINEPREFIX": WINEPREFIX, "QUILLON_WINEPREFIX": WINEPREFIX, "WINEDEBUG": "-all",
-                "WINEDLLOVERRIDES": "mscoree,mshtml="})
+                "WINEDLLOVERRIDES": "mscoree,mshtml=", "QWZ_DISABLE_STARTUP_VERSION_CHECK": "1"})
     if extra:
         env.update(extra)
     return env
@@ -130,6 +132,36 @@ def type_text(wid, text):
     rc, _ = xdotool("type", "--delay", "20", text)
     if rc != 0:
         raise AssertionError("xdotool type %r failed" % text)
+
+
+class Control:
+    """One window as tests/e2e/windowText.cpp reports it."""
+
+    def __init__(self, ident, cls, enabled, visible, text):
+        self.id, self.cls, self.enabled, self.visible, self.text = ident, cls, enabled, visible, text
+
+    def __repr__(self):
+        return "Control(%d, %r, enabled=%s, %r)" % (self.id, self.cls, self.enabled, self.text)
+
+
+def window_texts(cls):
+    """Every window of Win32 class `cls` in the prefix and its children, as Controls ([] when none):
+    what the program shows in controls that xdotool cannot read."""
+    result = subprocess.run([WINE_RUN, WINDOW_TEXT, cls], env=wine_env(), capture_output=True, timeout=60)
+    rows = []
+    for line in result.stdout.decode("utf-8", "replace").splitlines():
+        parts = line.split("\t", 4)
+        if len(parts) == 5 and parts[0].lstrip("-").isdigit():
+            rows.append(Control(int(parts[0]), parts[1], parts[2] == "1", parts[3] == "1", parts[4]))
+    return rows
+
+
+def post_command(cls, command):
+    """Posts WM_COMMAND `command` to the first visible top-level window of Win32 class `cls`."""
+    result = subprocess.run([WINE_RUN, WINDOW_TEXT, "command", cls, str(command)], env=wine_env(),
+                            capture_output=True, timeout=60)
+    if result.returncode != 0:
+        raise AssertionError("no window of class %s took command %d" % (cls, command))
 
 
 def clipboard():

@@ -1,6 +1,7 @@
 """The real quillon.exe from the installation tree with a document: opened from the command line, typed
-into, saved with Ctrl+S and read back; Go To Line with Ctrl+G; a missing file; screenshots of the main
-window and of the About box, checked for the fixed-pitch font, the wrap and the bold lines."""
+into, saved with Ctrl+S and read back, leaving no temporary or backup file; the question before a batch
+file's doubled per cent signs are saved as one; Go To Line with Ctrl+G; a missing file; screenshots of
+the main window and of the About box, checked for the fixed-pitch font, the wrap and the bold lines."""
 import os
 import re
 import unittest
@@ -34,8 +35,13 @@ class Document(h.QuillonTestCase):
         return path, wid
 
     def saved(self, path, before):
-        """Waits until the file on disk differs from `before`; its new bytes."""
-        return h.eventually(lambda: read(path) if read(path) != before else None, what="the save of " + path)
+        """Waits until the file on disk differs from `before`; its new bytes. The folder must then hold
+        the file alone: no temporary or backup file survives a successful save."""
+        data = h.eventually(lambda: read(path) if read(path) != before else None, what="the save of " + path)
+        folder, name = os.path.split(path)
+        h.eventually(lambda: os.listdir(folder) == [name], what="only %s left in its folder: %r"
+                     % (name, os.listdir(folder)))
+        return data
 
     def test_open_type_save_and_read_back(self):
         original = "Gr\u00f6\u00dfe\nsecond line\nthird line".encode("utf-8")
@@ -47,6 +53,23 @@ class Document(h.QuillonTestCase):
         data = self.saved(path, original)
         self.assertEqual(data, "Gr\u00f6\u00dfe\r\nsecond line\r\nthird line and more".encode("utf-8"),
                          "UTF-8 with CR-LF line ends and no byte-order mark")
+
+    def test_a_batch_file_asks_before_its_doubled_per_cent_signs_are_saved_as_one(self):
+        original = b"for %%i in (*.log) do type %%i"
+        path, wid = self.open_file("show logs.bat", original)
+        h.key(wid, "ctrl+End")
+        h.type_text(wid, " rem")
+        h.key(wid, "ctrl+s")
+        box = h.wait_window("^Quillon$", timeout=30)
+        h.screenshot("save-altered-question", box)
+        h.key(box, "Escape")
+        h.eventually(lambda: "Quillon" not in h.visible_titles(), what="the question to close")
+        self.assertEqual(read(path), original, "Cancel leaves the file as it was")
+        h.key(wid, "ctrl+s")
+        box = h.wait_window("^Quillon$", timeout=30)
+        h.key(box, "y")
+        self.assertEqual(self.saved(path, original), b"for %i in (*.log) do type %i rem",
+                         "Yes writes the text as it was shown")
 
     def test_ctrl_g_goes_to_line_3(self):
         original = b"".join(b"line %d\n" % i for i in range(1, 11))

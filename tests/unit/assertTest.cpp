@@ -1,8 +1,19 @@
-// Where assertion and fatal reports go, and how the process ends.
+// Where assertion and fatal reports go, and how the process ends: once with status 1, at once with
+// status 2 when a second report comes while the first is being made, and back to the caller when that
+// second report comes in pop-up mode.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 #include "foundation/utAssert.h"
 #include "testSupport.h"
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <thread>
+#endif
 
 namespace
 {
@@ -11,6 +22,40 @@ void assertWith(const char* mode)
 {
     qt::setEnv("ORBA_ASSERT", mode);
     utAssertionFailed("nls/nlsDataBase", 450, "nlsDataBase failed - with error 33");
+}
+
+// Presses OK on the first "Fatal Error" box of this process, so that a pop-up report cannot hang the run;
+// when none comes, ends the process with status 3 at once rather than wait for the run's time-out.
+// Without a windowing system the pop-up is a line on standard error and there is nothing to press.
+void closeFatalErrorBoxSoon()
+{
+#ifdef _WIN32
+    std::thread([] {
+        for (int i = 0; i < 200; ++i) {
+            HWND box = nullptr;
+            // only our own box: another process of the run may show one too
+            while ((box = FindWindowExW(nullptr, box, nullptr, L"Fatal Error")) != nullptr) {
+                DWORD pid = 0;
+                GetWindowThreadProcessId(box, &pid);
+                if (pid == GetCurrentProcessId())
+                    break;
+            }
+            if (box) {
+                wchar_t text[1024] = {};
+                // the report is the box's static text: leave it where the parent can see it
+                GetDlgItemTextW(box, 0xFFFF, text, 1024);
+                std::fputws(text, stderr);
+                std::fflush(stderr);
+                PostMessageW(box, WM_COMMAND, IDOK, 0);
+                return;
+            }
+            Sleep(50);
+        }
+        std::fputs("no Fatal Error box came up within 10 s\n", stderr);
+        std::fflush(stderr);
+        std::_Exit(3);
+    }).detach();
+#endif
 }
 
 TEST(AssertDeathTest, StderrModeWritesTheReportAndExitsWithOne)
@@ -22,19 +67,22 @@ TEST(AssertDeathTest, StderrModeWritesTheReportAndExitsWithOne)
 TEST(AssertDeathTest, AnyOtherValueIsAFileAppendedTo)
 {
     std::string dir = qt::scratchDir("assert-file");
-    std::string log = dir + "/Popup";
-    qt::writeFile(log, "before\n");
-    // "Popup" is not the pop-up mode: the comparison is exact, so it names a file
-    EXPECT_EXIT(assertWith(log.c_str()), testing::ExitedWithCode(1), "");
-    EXPECT_EQ(qt::readFile(log),
-              "before\nAssertion failure: nlsDataBase failed - with error 33\nFile: nls/nlsDataBase Line: 450\n");
+    // "Popup" is not the pop-up mode: the comparison is exact, so it names a file; a name is UTF-8
+    for (const char* name : {"Popup", "Bericht \xC3\xBC\xC3\x9F \xE6\x97\xA5.log"}) {
+        std::string log = dir + "/" + name;
+        qt::writeFile(log, "before\n");
+        EXPECT_EXIT(assertWith(log.c_str()), testing::ExitedWithCode(1), "") << name;
+        EXPECT_EQ(qt::readFile(log),
+                  "before\nAssertion failure: nlsDataBase failed - with error 33\nFile: nls/nlsDataBase Line: 450\n")
+            << name;
+    }
 }
 
 TEST(AssertDeathTest, EmptyValueLosesTheReportButStillExitsWithOne)
 {
-#ifdef _WIN32
-    GTEST_SKIP() << "the C runtime removes a variable set to the empty text";
-#endif
+    qt::setEnv("ORBA_ASSERT", "");
+    if (!std::getenv("ORBA_ASSERT"))
+        GTEST_SKIP() << "the C runtime removes a variable set to the empty text";
     EXPECT_EXIT(assertWith(""), testing::ExitedWithCode(1), "^$");
 }
 
@@ -43,6 +91,58 @@ TEST(AssertDeathTest, FatalWithoutTheVariableWritesToTheGivenStream)
     qt::setEnv("ORBA_ASSERT", nullptr);
     EXPECT_EXIT(utFatal(false, stderr, "Fatal error:", "app/x", 7, "broken"), testing::ExitedWithCode(1),
                 "Fatal error: broken\nFile: app/x Line: 7\n");
+}
+
+TEST(AssertDeathTest, PopupModeShowsTheReport)
+{
+    for (const char* mode : {"popup", static_cast<const char*>(nullptr)}) {
+        // assertions default to the pop-up
+        EXPECT_EXIT(
+            {
+                closeFatalErrorBoxSoon();
+                assertWith(mode);
+            },
+            testing::ExitedWithCode(1), "Assertion failure: nlsDataBase failed - with error 33")
+            << (mode ? mode : "unset");
+    }
+}
+
+// A second report from an exit handler, while the first one ends the process.
+void reportAgainAtExit()
+{
+    utFatal(false, stderr, "Fatal error:", "app/again", 2, "while exiting");
+    std::fputs("the second report returned\n", stderr);
+}
+
+TEST(AssertDeathTest, ASecondReportEndsAtOnceOrReturnsInPopupMode)
+{
+    const struct {
+        const char* mode;
+        int status;
+        bool returned;
+    } cases[] = {
+        // only the first report is made; status 2, and the handler never goes on
+        {"stderr", 2, false},
+        // the second report only breaks into a debugger, if any, and returns; the first one's exit stands
+        {"popup", 1, true},
+    };
+    using testing::HasSubstr;
+    for (const auto& c : cases) {
+        auto returned = HasSubstr("the second report returned");
+        EXPECT_EXIT(
+            {
+                std::atexit(reportAgainAtExit);
+                if (c.returned)
+                    closeFatalErrorBoxSoon();
+                assertWith(c.mode);
+            },
+            testing::ExitedWithCode(c.status),
+            testing::AllOf(HasSubstr("Assertion failure: nlsDataBase failed - with error 33"),
+                           testing::Not(HasSubstr("while exiting")),
+                           c.returned ? testing::Matcher<const std::string&>(returned)
+                                      : testing::Matcher<const std::string&>(testing::Not(returned))))
+            << c.mode;
+    }
 }
 
 TEST(AssertTest, AnInstalledHookTakesTheFailureAndTheProcessGoesOn)
@@ -70,62 +170,3 @@ TEST(AssertTest, TheFullHookWinsOverThePlainOne)
 }
 
 } // namespace
-
-#ifdef _WIN32
-#include <windows.h>
-
-#include <thread>
-
-namespace
-{
-
-// Presses OK on the first "Fatal Error" box that appears, so that a pop-up report cannot hang the run.
-void closeFatalErrorBoxSoon()
-{
-    std::thread([] {
-        for (int i = 0; i < 400; ++i) {
-            HWND box = nullptr;
-            // only our own box: another process of the run may show one too
-            while ((box = FindWindowExW(nullptr, box, nullptr, L"Fatal Error")) != nullptr) {
-                DWORD pid = 0;
-                GetWindowThreadProcessId(box, &pid);
-                if (pid == GetCurrentProcessId())
-                    break;
-            }
-            if (box) {
-                wchar_t text[1024] = {};
-                // the report is the box's static text: leave it where the parent can see it
-                GetDlgItemTextW(box, 0xFFFF, text, 1024);
-                std::fputws(text, stderr);
-                std::fflush(stderr);
-                PostMessageW(box, WM_COMMAND, IDOK, 0);
-                return;
-            }
-            Sleep(50);
-        }
-    }).detach();
-}
-
-TEST(AssertDeathTest, PopupModeShowsARealMessageBox)
-{
-    EXPECT_EXIT(
-        {
-            closeFatalErrorBoxSoon();
-            assertWith("popup");
-        },
-        testing::ExitedWithCode(1), "Assertion failure: nlsDataBase failed - with error 33");
-}
-
-TEST(AssertDeathTest, AssertionsDefaultToThePopup)
-{
-    EXPECT_EXIT(
-        {
-            qt::setEnv("ORBA_ASSERT", nullptr);
-            closeFatalErrorBoxSoon();
-            utAssertionFailed("x.cpp", 1, "default");
-        },
-        testing::ExitedWithCode(1), "Assertion failure: default");
-}
-
-} // namespace
-#endif

@@ -117,6 +117,12 @@ TEST(nlsSearchPath, FileKinds)
     };
     for (const auto& c : cases)
         EXPECT_EQ(nlsProbeFile(c.path.c_str()), c.kind) << c.path;
+    // a link that leads to itself: the system's "too many levels of links"
+    std::error_code made;
+    std::filesystem::create_symlink(root + "/loop", root + "/loop", made);
+    if (!made) {
+        EXPECT_EQ(nlsProbeFile((host + "/loop").c_str()), nlsLINK_ERROR);
+    }
 }
 
 } // namespace

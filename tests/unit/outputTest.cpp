@@ -49,6 +49,10 @@ TEST(OutputTest, FormattedTextLongerThanTheFirstBufferArrivesWhole)
         out.printf(0, "<%s|%d>", big.c_str(), 7);
         EXPECT_EQ(out.text().str(), "<" + big + "|7>") << n;
     }
+    // a formatted NUL is a byte of the text like any other
+    qwzStringOutput nul;
+    nul.printf(0, "a%cb", 0);
+    EXPECT_EQ(nul.text().str(), std::string("a\0b", 3));
 }
 
 TEST_F(EnglishTexts, MessagesComeFromTheStringTable)

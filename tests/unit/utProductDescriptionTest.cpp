@@ -112,8 +112,9 @@ TEST(utProductDescription, ValuesAndTheFieldsKeptAfterAFailure)
 
 TEST(utProductDescription, LinesOfAnyLength)
 {
-    // values that end on, just past and far past the 1023-character pieces
-    for (size_t length : {1020u, 1021u, 1022u, 1023u, 1024u, 2046u, 2047u, 5000u}) {
+    // lines ("|name|" + value + "|") of exactly one piece (1016: 1023 characters) and one more, each
+    // followed by its LF; values that end on, just past and far past the 1023-character pieces
+    for (size_t length : {1016u, 1017u, 1020u, 1021u, 1022u, 1023u, 1024u, 2046u, 2047u, 5000u}) {
         std::string longValue(length, 'v');
         Loaded l;
         loadText(l, "product", "1\n|name|" + longValue + "|\n|release|2011|\n|type|CR|\n");

@@ -145,9 +145,8 @@ TEST(utOpenFile, OpensByUtf8Name)
     EXPECT_EQ(utOpenFile(nullptr, "rb"), nullptr);
 }
 
-#ifdef _WIN32
-// Windows only: the ANSI code page is the system's (the manifest asks for UTF-8; tests run without it).
-TEST(utTextConversionWindows, AnsiCodePageOfNonAscii)
+// The ANSI code page is the system's (UTF-8 where the manifest is honoured, and off Windows).
+TEST(utTextConversion, AnsiCodePageOfNonAscii)
 {
     utUtf16ToAnsi text(u"Gr\u00FC\u00DFe");
     ASSERT_TRUE(text.ok());
@@ -160,6 +159,5 @@ TEST(utTextConversionWindows, AnsiCodePageOfNonAscii)
     else
         EXPECT_EQ(text.length(), 5) << "code page " << platform::ansiCodePage();
 }
-#endif
 
 } // namespace

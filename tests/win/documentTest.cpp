@@ -110,6 +110,19 @@ TEST(DocumentTest, SaveAsWritesTheNewNameAndTakesIt)
     SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57604, 0);
     EXPECT_TRUE(doc->isModified());
     EXPECT_EQ(wt::readWide(second), "second");
+
+    // Save on a read-only file asks for another name and leaves the read-only one as it was
+    ASSERT_TRUE(SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_READONLY));
+    std::wstring third = dir + L"\\third.txt";
+    app.fileAnswers = {third};
+    app.fileDialogsOpened.clear();
+    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57603, 0);
+    SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(app.fileDialogsOpened, std::vector<bool>{false}) << "Save went to Save As";
+    EXPECT_EQ(wt::readWide(third), "third");
+    EXPECT_EQ(wt::readWide(second), "second");
+    EXPECT_EQ(doc->pathName(), third);
+    EXPECT_TRUE(app.boxes.empty()) << wt::narrow(app.boxes[0].text);
 }
 
 TEST(DocumentTest, AMissingFileFailsWithAMessageAndLeavesANewDocument)
@@ -127,12 +140,14 @@ TEST(DocumentTest, AMissingFileFailsWithAMessageAndLeavesANewDocument)
     EXPECT_EQ(wt::narrow(testDoc(app)->title()), "Untitled");
 }
 
-// What each answer to the save prompt does, for each way of replacing or closing the document.
+// What each answer to the save prompt does, for each way of replacing or closing the document; with
+// `diskFull` the save that Yes starts fails, and nothing may close or replace the edited document.
 struct PromptCase {
     const char* action;
     int answer;
     bool expectSaved;
     bool expectReplaced;
+    bool diskFull = false;
 };
 
 void runAction(TestApp& app, const std::string& action, const std::wstring& other)
@@ -156,15 +171,17 @@ void runAction(TestApp& app, const std::string& action, const std::wstring& othe
 TEST(DocumentTest, SavePromptAnswersOnNewOpenRecentAndClose)
 {
     const PromptCase cases[] = {
-        {"new", IDYES, true, true},    {"new", IDNO, false, true},    {"new", IDCANCEL, false, false},
-        {"open", IDYES, true, true},   {"open", IDNO, false, true},   {"open", IDCANCEL, false, false},
-        {"recent", IDYES, true, true}, {"recent", IDNO, false, true}, {"recent", IDCANCEL, false, false},
-        {"close", IDYES, true, true},  {"close", IDNO, false, true},  {"close", IDCANCEL, false, false},
-        {"exit", IDYES, true, true},   {"exit", IDNO, false, true},   {"exit", IDCANCEL, false, false},
+        {"new", IDYES, true, true},           {"new", IDNO, false, true},          {"new", IDCANCEL, false, false},
+        {"open", IDYES, true, true},          {"open", IDNO, false, true},         {"open", IDCANCEL, false, false},
+        {"recent", IDYES, true, true},        {"recent", IDNO, false, true},       {"recent", IDCANCEL, false, false},
+        {"close", IDYES, true, true},         {"close", IDNO, false, true},        {"close", IDCANCEL, false, false},
+        {"exit", IDYES, true, true},          {"exit", IDNO, false, true},         {"exit", IDCANCEL, false, false},
+        {"close", IDYES, false, false, true}, {"exit", IDYES, false, false, true}, {"open", IDYES, false, false, true},
     };
     std::wstring dir = wt::scratch("doc-prompt");
     for (const PromptCase& c : cases) {
-        std::string label = std::string(c.action) + " answer " + std::to_string(c.answer);
+        std::string label =
+            std::string(c.action) + " answer " + std::to_string(c.answer) + (c.diskFull ? ", disk full" : "");
         wt::clearSettings(L"winTests-prompt");
         TestApp app(L"winTests-prompt");
         app.loadStdProfileSettings(4);
@@ -176,9 +193,17 @@ TEST(DocumentTest, SavePromptAnswersOnNewOpenRecentAndClose)
         doc->bytes = "edited";
         doc->setModified();
         app.answers = {c.answer};
+        if (c.diskFull)
+            winSafeSave::setTestHook([](winSafeSave::Point, const std::wstring&) -> DWORD { return ERROR_DISK_FULL; });
         runAction(app, c.action, other);
+        winSafeSave::setTestHook(nullptr);
 
-        ASSERT_EQ(app.boxes.size(), 1u) << label;
+        ASSERT_EQ(app.boxes.size(), c.diskFull ? 2u : 1u) << label;
+        if (c.diskFull) {
+            EXPECT_EQ(app.boxes[1].text, winText::formatId(WIN_IDS_SAVE_DISK_FULL, {path})) << label;
+            EXPECT_EQ(doc->bytes, "edited") << label << ": the edits are still there";
+            EXPECT_TRUE(doc->isModified()) << label;
+        }
         EXPECT_EQ(app.boxes[0].text, winText::formatId(WIN_IDS_SAVE_CHANGES, {path})) << label;
         EXPECT_EQ(app.boxes[0].type & MB_TYPEMASK, UINT(MB_YESNOCANCEL)) << label;
         EXPECT_EQ(wt::readWide(path), c.expectSaved ? "edited" : "original") << label;

@@ -1,9 +1,7 @@
 // The edit view as a user meets it: big texts are not cut, word wrap without a horizontal scroll bar,
-// the edit commands, and Find (next, up, down, match case, whole word) selecting the right range.
+// the edit commands, and Find (next, up, down, match case, whole word) selecting the right range and
+// saying "Cannot find" in the system's message box.
 #include "winTestApp.h"
-
-#include "resourceIds.h"
-#include "win/winText.h"
 
 #include <gtest/gtest.h>
 
@@ -118,7 +116,44 @@ TEST(EditViewTest, FindSelectsTheRightRange)
     }
 }
 
-TEST(EditViewTest, FindDialogMessagesSearchAndReportFailure)
+// Closes the message box captioned `caption` of the UI thread and hands back its text: proves the real
+// message box path without leaving a box open. When none comes in time, a WM_QUIT ends whatever modal loop
+// the UI thread is in, so that the test fails at once instead of hanging until the run's time-out.
+std::wstring closeBoxOf(DWORD uiThread, const std::wstring& caption)
+{
+    struct Search {
+        const std::wstring& caption;
+        HWND found;
+    };
+    for (int tries = 0; tries < 200; ++tries) {
+        Search search{caption, nullptr};
+        EnumThreadWindows(
+            uiThread,
+            [](HWND h, LPARAM out) -> BOOL {
+                auto* search = reinterpret_cast<Search*>(out);
+                wchar_t cls[16] = {}, title[128] = {};
+                GetClassNameW(h, cls, 16);
+                GetWindowTextW(h, title, 128);
+                if (std::wstring(cls) == L"#32770" && title == search->caption && GetDlgItem(h, 0xFFFF)) {
+                    search->found = h;
+                    return FALSE;
+                }
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&search));
+        if (search.found) {
+            wchar_t text[512] = {};
+            GetDlgItemTextW(search.found, 0xFFFF, text, 512);
+            PostMessageW(search.found, WM_COMMAND, IDOK, 0);
+            return text;
+        }
+        Sleep(50);
+    }
+    PostThreadMessageW(uiThread, WM_QUIT, 0, 0);
+    return L"<no box within 10 s>";
+}
+
+TEST(EditViewTest, FindDialogMessagesSearchAndReportFailureInARealMessageBox)
 {
     ViewFixture f;
     ASSERT_NE(f.view, nullptr);
@@ -136,55 +171,25 @@ TEST(EditViewTest, FindDialogMessagesSearchAndReportFailure)
     SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
     EXPECT_EQ(f.sel(), (std::pair<size_t, size_t>{12, 15}));
     EXPECT_TRUE(f.app.boxes.empty());
+
+    // nothing after the last: the system's own message box says so, and closes
+    f.app.realBoxes = true;
+    std::wstring seen;
+    DWORD ui = GetCurrentThreadId();
+    std::thread closer([&] { seen = closeBoxOf(ui, f.app.appName()); });
     SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
+    closer.join();
+    MSG quit;
+    while (PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+    }
+    EXPECT_EQ(wt::narrow(seen), "Cannot find \"two\"");
     ASSERT_EQ(f.app.boxes.size(), 1u);
-    EXPECT_EQ(wt::narrow(f.app.boxes[0].text), "Cannot find \"two\"");
+    EXPECT_EQ(f.app.boxes[0].type & MB_ICONMASK, UINT(MB_ICONINFORMATION));
+    EXPECT_EQ(f.sel(), (std::pair<size_t, size_t>{12, 15})) << "the last match stays selected";
 
     fr.Flags = FR_DIALOGTERM;
     SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
     EXPECT_EQ(f.view->findDialog(), nullptr);
-}
-
-// Closes the first message box of this process's UI thread and hands back its text: proves the real
-// message box path without leaving a box open.
-std::wstring closeBoxOf(DWORD uiThread)
-{
-    for (int tries = 0; tries < 200; ++tries) {
-        HWND found = nullptr;
-        EnumThreadWindows(
-            uiThread,
-            [](HWND h, LPARAM out) -> BOOL {
-                wchar_t cls[16] = {};
-                GetClassNameW(h, cls, 16);
-                if (std::wstring(cls) == L"#32770" && GetDlgItem(h, 0xFFFF)) {
-                    *reinterpret_cast<HWND*>(out) = h;
-                    return FALSE;
-                }
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&found));
-        if (found) {
-            wchar_t text[512] = {};
-            GetDlgItemTextW(found, 0xFFFF, text, 512);
-            PostMessageW(found, WM_COMMAND, IDOK, 0);
-            return text;
-        }
-        Sleep(50);
-    }
-    return L"<no box>";
-}
-
-TEST(EditViewTest, CannotFindShowsARealMessageBox)
-{
-    ViewFixture f;
-    ASSERT_NE(f.view, nullptr);
-    f.view->setText(L"abc");
-    std::wstring seen;
-    DWORD ui = GetCurrentThreadId();
-    std::thread closer([&] { seen = closeBoxOf(ui); });
-    f.app.winApp::messageBox(winText::formatId(WIN_IDS_CANNOT_FIND, {L"xyz"}), MB_OK | MB_ICONINFORMATION);
-    closer.join();
-    EXPECT_EQ(wt::narrow(seen), "Cannot find \"xyz\"");
 }
 
 } // namespace

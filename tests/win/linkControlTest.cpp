@@ -1,8 +1,13 @@
 // The link control in a real rich-edit window: anchors become blue underlined link text, the last
-// anchor is the link, the cursor is a hand over it only, and a left-button release opens its target.
+// anchor is the link, the cursor is a hand over it only, and a left-button release opens its target when
+// it is a web or mail address. Without its library, a dialog that holds one says so instead of failing
+// silently.
 #include "quillonTestApp.h"
 
+#include "app/qwzCDialog.h"
 #include "app/qwzCStaticWithLink.h"
+#include "app/qwzCText.h"
+#include "resourceIds.h"
 
 #include <gtest/gtest.h>
 
@@ -32,8 +37,7 @@ class LinkControl : public testing::Test
 protected:
     void SetUp() override
     {
-        library_ = LoadLibraryW(L"Msftedit.dll");
-        ASSERT_NE(library_, nullptr);
+        ASSERT_TRUE(qwzCStaticWithLink::loadLibrary());
         host_ = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 500, 200, nullptr,
                                 nullptr, GetModuleHandleW(nullptr), nullptr);
         control_ = CreateWindowExW(0, MSFTEDIT_CLASS, L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_READONLY, 10, 10,
@@ -71,7 +75,6 @@ protected:
         return result;
     }
 
-    HMODULE library_ = nullptr;
     HWND host_ = nullptr;
     HWND control_ = nullptr;
     RecordingLink link_;
@@ -147,6 +150,28 @@ TEST_F(LinkControl, OnlyTheLeftButtonsReleaseOpensTheTarget)
     EXPECT_FALSE(link_.handleNotify(other, result)) << "other notifications are not the link's";
 }
 
+TEST_F(LinkControl, OnlyWebAndMailTargetsAreOpened)
+{
+    const std::pair<const char*, bool> targets[] = {
+        {"http://example.invalid/", true},
+        {"HTTPS://example.invalid/", true},
+        {"mailto:someone@example.invalid", true},
+        {"file:///C:/windows/system32/calc.exe", false},
+        {"javascript:alert(1)", false},
+        {"C:\\windows\\notepad.exe", false},
+        {"calc", false},
+        {"httpx://example.invalid/", false},
+        {"", false},
+    };
+    for (const auto& [target, opens] : targets) {
+        link_.opened.clear();
+        link_.setText(utString(("<a href=\"" + std::string(target) + "\">here</a>").c_str()));
+        bool handled = false;
+        notify(WM_LBUTTONUP, handled);
+        EXPECT_EQ(link_.opened.size(), opens ? 1u : 0u) << target;
+    }
+}
+
 TEST_F(LinkControl, TheCursorIsAHandOverTheLinkOnly)
 {
     link_.setText(utString("Get it <a href=\"target\">here</a>."));
@@ -162,6 +187,48 @@ TEST_F(LinkControl, TheCursorIsAHandOverTheLinkOnly)
     SetCursorPos(window.left + r.right + 40, window.top + r.bottom + 40);
     EXPECT_TRUE(SendMessageW(control_, WM_SETCURSOR, reinterpret_cast<WPARAM>(control_), HTCLIENT));
     EXPECT_EQ(GetCursor(), arrow);
+}
+
+// A dialog of Quillon's that cannot be made: the rich-edit library named when it is the missing piece,
+// the system's error otherwise; never a silent nothing.
+class UnmakeableDialog : public qwzCDialog
+{
+public:
+    explicit UnmakeableDialog(bool richEdit) : qwzCDialog(wt::unmakeableDialog)
+    {
+        usesRichEdit = richEdit;
+    }
+};
+
+TEST(LinkDialog, ADialogThatCannotBeMadeTellsTheUserWhy)
+{
+    const struct {
+        const char* what;
+        bool usesRichEdit, libraryLoaded;
+        bool namesTheLibrary;
+    } cases[] = {
+        {"link dialog, library missing", true, false, true},
+        {"link dialog, library there", true, true, false},
+        {"other dialog, library missing", false, false, false},
+    };
+    for (const auto& c : cases) {
+        qw::QuillonTestApp app(L"quillonTests-links");
+        ASSERT_EQ(qwzCStaticWithLink::loadLibrary(c.libraryLoaded ? L"Msftedit.dll" : L"quillon-no-such-library.dll"),
+                  c.libraryLoaded);
+        UnmakeableDialog dialog(c.usesRichEdit);
+        EXPECT_EQ(dialog.doModal(), -1) << c.what;
+        qwzCStaticWithLink::loadLibrary();
+        ASSERT_EQ(app.boxes.size(), 1u) << c.what;
+        EXPECT_EQ(app.boxes[0].type & MB_ICONMASK, UINT(MB_ICONERROR)) << c.what;
+        std::wstring needsLibrary = qwzMessage(IDS_DIALOG_NEEDS_RICHEDIT);
+        EXPECT_EQ(app.boxes[0].text == needsLibrary, c.namesTheLibrary)
+            << c.what << ": " << wt::narrow(app.boxes[0].text);
+        if (!c.namesTheLibrary) {
+            std::wstring failed = qwzMessage(IDS_DIALOG_FAILED, 0ul);
+            EXPECT_EQ(app.boxes[0].text.rfind(failed.substr(0, failed.find(L'0')), 0), 0u)
+                << c.what << ": the system's error, not " << wt::narrow(app.boxes[0].text);
+        }
+    }
 }
 
 } // namespace

@@ -4,10 +4,12 @@
 
 #include "app/qwzAppCatalog.h"
 #include "app/qwzCAboutDlg.h"
+#include "app/qwzCQuillonApp.h"
 #include "app/qwzVersionInfo.h"
 #include "document/qwzCGoToLineDlg.h"
 #include "nls/nlsDomainManager.h"
 #include "res/resource.h"
+#include "resourceIds.h"
 #include "testSupport.h"
 #include "win/winText.h"
 
@@ -110,6 +112,20 @@ protected:
         qwzTheAppCatalog().start();
     }
 };
+
+// The program's first start-up step is the catalogs' directory, then the framework's translation: a
+// framework text translated before any window exists or the catalogs start is already German.
+TEST_F(German, AFrameworkTextTranslatedBeforeTheWindowIsGerman)
+{
+    qwzTheAppCatalog().stop();
+    qwzAppCatalog::setBaseDirectory(utString("")); // as in a process that has only begun
+    qwzCQuillonApp::startTranslation(utString::copyOf(qt::hostPath(qt::dataPath("../dist/Quillon")).c_str()));
+    std::wstring untitled = winText::load(WIN_IDS_UNTITLED);
+    winApp::setTranslator(nullptr);
+    qwzAppCatalog::setBaseDirectory(utString(qw::installedLocale().c_str()));
+    EXPECT_EQ(wt::narrow(untitled), translate("Untitled").str());
+    EXPECT_NE(untitled, L"Untitled");
+}
 
 TEST_F(German, TheAboutBoxIsGerman)
 {

@@ -1,9 +1,10 @@
 // Quillon's document and view as a user meets them: files opened into the view (line ends, UTF-8,
-// per cent signs shown safely), saved back as UTF-8 with CR-LF, files that cannot be shown, the title,
-// the font and the wrapping view.
+// per cent signs shown safely), saved back as UTF-8 with CR-LF, the question before a save over a file
+// that is not shown as it is, files that cannot be shown, the title, the font and the wrapping view.
 #include "quillonTestApp.h"
 
 #include "app/qwzAppCatalog.h"
+#include "app/qwzCText.h"
 #include "platform/platform.h"
 #include "resourceIds.h"
 #include "win/winText.h"
@@ -42,7 +43,6 @@ TEST(QuillonDocument, OpenShowsTheTextAndSaveWritesUtf8WithCrLf)
          "Gr\xC3\xB6\xC3\x9F"
          "e\r\n\xE6\x97\xA5\xF0\x9F\x98\x80"},
         {"no byte-order mark is added", L"\u0411 %s %n.log", "x", L"x", "x"},
-        {"invalid UTF-8 shows as ?", L"bad.txt", "a\xC3(\n", L"a?(\r\n", "a?(\r\n"},
     };
     for (const auto& c : cases) {
         wt::clearSettings(L"quillonTests-doc");
@@ -64,6 +64,91 @@ TEST(QuillonDocument, PercentSignsInAFileShowWithoutFormatting)
     std::wstring path = qw::scratchFile("qdoc-percent", L"p.txt", "100%% sure %n%n%n %s %d %x %p %*.*f %%%");
     ASSERT_NE(app.openDocumentFile(path), nullptr);
     EXPECT_EQ(app.view()->text(), L"100% sure %n%n%n %s %d %x %p %*.*f %%");
+}
+
+// A file whose text is shown otherwise than it is on disk: the first save over it asks, through the real
+// commands, and only Yes writes over it.
+struct AlteredCase {
+    const char* what;
+    std::string file;
+    std::string saved;               // what saving the shown text writes
+    bool percent, notUtf8;           // the reasons the question gives
+    unsigned command;                // the frame command or WM_CLOSE
+    std::vector<int> answers;        // message boxes, in order
+    std::vector<std::wstring> names; // Save As answers: L"*" is the file itself, L"+" another name
+    bool written, otherWritten, stillOpen;
+};
+
+TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
+{
+    const std::string batch = "for %%i in (*) do echo %%i\r\n";
+    const std::string shown = "for %i in (*) do echo %i\r\n";
+    const unsigned save = 57603, saveAs = 57604;
+    const AlteredCase cases[] = {
+        {"Yes writes", batch, shown, true, false, save, {IDYES}, {}, true, false, true},
+        {"Cancel writes nothing", batch, shown, true, false, save, {IDCANCEL}, {}, false, false, true},
+        {"No offers Save As", batch, shown, true, false, save, {IDNO}, {L"+"}, false, true, true},
+        {"No, then Save As cancelled", batch, shown, true, false, save, {IDNO}, {L""}, false, false, true},
+        {"Save As onto the file asks too", batch, shown, true, false, saveAs, {IDYES}, {L"*"}, true, false, true},
+        {"not UTF-8", "a\xC3(\x80\n", "a?(\xC2\x80\r\n", false, true, save, {IDYES}, {}, true, false, true},
+        {"both", "%%\xFF", "%?", true, true, save, {IDYES}, {}, true, false, true},
+        {"closing: Yes to save, then Cancel",
+         batch,
+         shown,
+         true,
+         false,
+         WM_CLOSE,
+         {IDYES, IDCANCEL},
+         {},
+         false,
+         false,
+         true},
+        {"closing: Yes to save, then Yes", batch, shown, true, false, WM_CLOSE, {IDYES, IDYES}, {}, true, false, false},
+    };
+    for (const AlteredCase& c : cases) {
+        wt::clearSettings(L"quillonTests-altered");
+        QuillonTestApp app(L"quillonTests-altered");
+        std::wstring path = qw::scratchFile("qdoc-altered", L"run %%i.bat", c.file);
+        std::wstring other = wt::scratch("qdoc-altered-other") + L"\\copy.bat";
+        ASSERT_NE(app.openDocumentFile(path), nullptr) << c.what;
+        app.doc()->setModified();
+        app.answers.assign(c.answers.begin(), c.answers.end());
+        for (const std::wstring& name : c.names)
+            app.fileAnswers.push_back(name == L"*" ? path : name == L"+" ? other : name);
+        HWND frame = app.mainFrame()->hwnd();
+        if (c.command == WM_CLOSE)
+            SendMessageW(frame, WM_CLOSE, 0, 0);
+        else
+            SendMessageW(frame, WM_COMMAND, c.command, 0);
+
+        std::wstring question = qwzMessage(IDS_SAVE_ALTERS_FILE, wt::narrow(path).c_str()) +
+                                (c.percent ? qwzMessage(IDS_SAVE_ALTERS_PERCENT) : L"") +
+                                (c.notUtf8 ? qwzMessage(IDS_SAVE_ALTERS_UTF8) : L"") +
+                                qwzMessage(IDS_SAVE_ALTERS_QUESTION);
+        ASSERT_EQ(app.boxes.size(), c.answers.size()) << c.what;
+        const auto& asked = app.boxes.back();
+        EXPECT_EQ(asked.text, question) << c.what;
+        EXPECT_EQ(asked.type & (MB_TYPEMASK | MB_ICONMASK | MB_DEFMASK),
+                  UINT(MB_YESNOCANCEL | MB_ICONWARNING | MB_DEFBUTTON2))
+            << c.what << ": No is the default";
+        EXPECT_EQ(wt::readWide(path), c.written ? c.saved : c.file) << c.what;
+        EXPECT_EQ(wt::readWide(other), c.otherWritten ? c.saved : "<missing>") << c.what;
+        EXPECT_EQ(IsWindow(frame) != FALSE, c.stillOpen) << c.what;
+        if (!c.stillOpen)
+            continue;
+        EXPECT_EQ(app.doc()->isModified(), !c.written && !c.otherWritten) << c.what;
+        // the question comes once: after the text was written over the file, a save just writes
+        if (c.written) {
+            app.doc()->setModified();
+            SendMessageW(frame, WM_COMMAND, save, 0);
+            EXPECT_EQ(app.boxes.size(), c.answers.size()) << c.what << ": asked again";
+            EXPECT_FALSE(app.doc()->isModified()) << c.what;
+        }
+        DeleteFileW(other.c_str());
+    }
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+    }
 }
 
 struct Refused {

@@ -1,8 +1,9 @@
-// Saving never loses the user's file: success replaces the content; a read-only target, a target locked
-// by another opener, a full disk (a really full 64 KiB volume mounted by fullDisk.sh where mounting is
-// allowed, and always a write failure simulated through the test hook) and a process killed between
-// flushing the temporary file and replacing the target all leave the original intact; failures leave no
-// temporary file and tell the user.
+// Saving never loses the user's file: success replaces the content (in folders past MAX_PATH too); a
+// read-only target, a target locked by another opener, a full disk (a really full 64 KiB volume mounted
+// by fullDisk.sh where mounting is allowed, and always a write failure simulated through the test hook)
+// and a process killed between flushing the temporary file and replacing the target all leave the
+// original intact; failures leave no temporary file and tell the user. When the original was moved aside
+// and cannot come back, both contents stay and the message names them.
 #include "winTestApp.h"
 
 #include "resourceIds.h"
@@ -22,18 +23,58 @@ namespace
 const std::string original = "the user's original text\r\n";
 const std::string replacement = "new content \xe2\x9c\x93\r\n";
 
+// A folder whose path is longer than MAX_PATH below `dir`. The test's own file access goes through the
+// "\\?\" form, which takes any length on every Windows; the code under test gets the plain path.
+// A run that was killed leaves its folders behind (scratch() cannot remove them): they are taken over,
+// emptied of files, and removed at the end.
+struct LongFolder {
+    std::vector<std::wstring> levels;
+    std::wstring make(const std::wstring& dir)
+    {
+        std::wstring path = dir;
+        while (path.size() <= MAX_PATH + 20) {
+            path += L"\\a folder with a rather long name \u00e9";
+            CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr);
+            levels.push_back(path);
+        }
+        removeFiles(path);
+        return path;
+    }
+    static void removeFiles(const std::wstring& dir)
+    {
+        for (const std::wstring& name : wt::listDir(L"\\\\?\\" + dir))
+            DeleteFileW((L"\\\\?\\" + dir + L"\\" + name).c_str());
+    }
+    ~LongFolder()
+    {
+        for (auto d = levels.rbegin(); d != levels.rend(); ++d) {
+            removeFiles(*d);
+            RemoveDirectoryW((L"\\\\?\\" + *d).c_str());
+        }
+    }
+};
+
 struct Fixture {
     std::wstring dir, path;
-    explicit Fixture(const std::string& name, bool create = true)
+    bool longPath;
+    LongFolder folder;
+    explicit Fixture(const std::string& name, bool create = true, bool longPath = false) : longPath(longPath)
     {
         dir = wt::scratch(name);
+        if (longPath)
+            dir = folder.make(dir);
         path = dir + L"\\doc \u00fc.txt";
         if (create)
-            wt::writeWide(path, original);
+            wt::writeWide(io(path), original);
+    }
+    // How the test itself reaches `p`.
+    std::wstring io(const std::wstring& p) const
+    {
+        return longPath ? L"\\\\?\\" + p : p;
     }
     std::vector<std::wstring> files() const
     {
-        auto names = wt::listDir(dir);
+        auto names = wt::listDir(io(dir));
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -41,13 +82,17 @@ struct Fixture {
 
 TEST(SafeSaveTest, SuccessReplacesOrCreatesTheContentAndLeavesOnlyTheTarget)
 {
-    for (bool existing : {true, false}) {
-        Fixture f(existing ? "save-ok" : "save-new", existing);
-        for (const std::string& bytes : {replacement, std::string()}) {
-            winSaveResult r = winSafeSave::write(f.path, bytes);
-            ASSERT_TRUE(r.ok) << "step " << r.failedStep << " error " << r.error;
-            EXPECT_EQ(wt::readWide(f.path), bytes) << "existing " << existing;
-            EXPECT_EQ(f.files(), std::vector<std::wstring>{L"doc \u00fc.txt"}) << "existing " << existing;
+    for (bool longPath : {false, true}) {
+        for (bool existing : {true, false}) {
+            Fixture f(std::string(existing ? "save-ok" : "save-new") + (longPath ? "-long" : ""), existing, longPath);
+            ASSERT_EQ(f.path.size() > MAX_PATH, longPath);
+            for (const std::string& bytes : {replacement, std::string()}) {
+                std::string label = std::string(existing ? "existing" : "new") + (longPath ? ", long path" : "");
+                winSaveResult r = winSafeSave::write(f.path, bytes);
+                ASSERT_TRUE(r.ok) << label << ": step " << r.failedStep << " error " << r.error;
+                EXPECT_EQ(wt::readWide(f.io(f.path)), bytes) << label;
+                EXPECT_EQ(f.files(), std::vector<std::wstring>{L"doc \u00fc.txt"}) << label;
+            }
         }
     }
 }
@@ -91,33 +136,62 @@ TEST(SafeSaveTest, AReadOnlyLockedOrFullTargetFailsAndKeepsTheOriginal)
     }
 }
 
+// ReplaceFileW moves the original aside and fails; then something takes the name before the original
+// can come back.
+std::wstring movedAsideTarget;
+DWORD moveAsideAndBlock(winSafeSave::Point p, const std::wstring& file)
+{
+    if (p == winSafeSave::Point::Replacing)
+        return MoveFileW(movedAsideTarget.c_str(), file.c_str()) ? ERROR_UNABLE_TO_MOVE_REPLACEMENT_2 : GetLastError();
+    if (p == winSafeSave::Point::Restoring)
+        CreateDirectoryW(file.c_str(), nullptr);
+    return ERROR_SUCCESS;
+}
+
 TEST(SafeSaveTest, ADocumentSaveThatFailsTellsTheUserWhichFileAndWhy)
 {
     struct Case {
         const char* what;
         unsigned message;
     };
-    for (const Case c : {Case{"read-only", WIN_IDS_SAVE_ACCESS}, Case{"full", WIN_IDS_SAVE_DISK_FULL}}) {
+    for (const Case c : {Case{"read-only", WIN_IDS_SAVE_ACCESS}, Case{"full", WIN_IDS_SAVE_DISK_FULL},
+                         Case{"moved aside", WIN_IDS_SAVE_KEPT_BOTH}}) {
+        const std::string what = c.what;
         Fixture f("save-report");
         wt::TestApp app(L"winTests-save");
         auto* doc = static_cast<wt::TestDocument*>(app.openDocumentFile(f.path));
         ASSERT_NE(doc, nullptr);
         doc->bytes = replacement;
         doc->setModified();
-        if (std::string(c.what) == "read-only")
+        movedAsideTarget = f.path;
+        if (what == "read-only")
             SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_READONLY);
-        else
+        else if (what == "full")
             winSafeSave::setTestHook([](winSafeSave::Point, const std::wstring&) -> DWORD { return ERROR_DISK_FULL; });
+        else
+            winSafeSave::setTestHook(moveAsideAndBlock);
         // a read-only file goes to Save As, which the user cancels; save to the name directly instead
-        EXPECT_FALSE(doc->doSave(f.path)) << c.what;
+        EXPECT_FALSE(doc->doSave(f.path)) << what;
         winSafeSave::setTestHook(nullptr);
         SetFileAttributesW(f.path.c_str(), FILE_ATTRIBUTE_NORMAL);
-        ASSERT_EQ(app.boxes.size(), 1u) << c.what;
-        EXPECT_EQ(app.boxes[0].text, winText::formatId(c.message, {f.path})) << c.what;
-        EXPECT_EQ(app.boxes[0].type & MB_ICONMASK, UINT(MB_ICONERROR)) << c.what;
-        EXPECT_TRUE(doc->isModified()) << c.what;
-        EXPECT_EQ(wt::readWide(f.path), original) << c.what;
-        EXPECT_EQ(f.files().size(), 1u) << c.what;
+        ASSERT_EQ(app.boxes.size(), 1u) << what;
+        EXPECT_EQ(app.boxes[0].type & MB_ICONMASK, UINT(MB_ICONERROR)) << what;
+        EXPECT_TRUE(doc->isModified()) << what;
+        if (what != "moved aside") {
+            EXPECT_EQ(app.boxes[0].text, winText::formatId(c.message, {f.path})) << what;
+            EXPECT_EQ(wt::readWide(f.path), original) << what;
+            EXPECT_EQ(f.files().size(), 1u) << what;
+            continue;
+        }
+        // nothing is lost: the original and the new content stay, and the message says where
+        std::wstring kept[2];
+        for (const std::wstring& name : f.files())
+            if (name != L"doc \u00fc.txt")
+                kept[name.size() > 4 && name.substr(name.size() - 4) == L".bak" ? 0 : 1] = f.dir + L"\\" + name;
+        EXPECT_EQ(wt::readWide(kept[0]), original);
+        EXPECT_EQ(wt::readWide(kept[1]), replacement);
+        EXPECT_EQ(app.boxes[0].text, winText::formatId(c.message, {f.path, kept[0], kept[1]}));
+        RemoveDirectoryW(f.path.c_str());
     }
 }
 

@@ -13,9 +13,11 @@ TestApp::TestApp(const std::wstring& name)
     addDocTemplate(winDocTemplate::make<TestDocument, winEditView, winFrame>(frameResource));
 }
 
-int TestApp::messageBox(const std::wstring& text, UINT type, HWND)
+int TestApp::messageBox(const std::wstring& text, UINT type, HWND owner)
 {
     boxes.push_back({text, type});
+    if (realBoxes)
+        return winApp::messageBox(text, type, owner);
     if (!answers.empty()) {
         int a = answers.front();
         answers.pop_front();

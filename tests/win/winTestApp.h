@@ -19,6 +19,7 @@ namespace wt
 // Menu, accelerator table and dialog of tests/win/winTest.rc.
 constexpr unsigned frameResource = 30100;
 constexpr unsigned intDialog = 30001;
+constexpr unsigned unmakeableDialog = 30002;
 constexpr int intField = 1001;
 
 class TestApp : public winApp
@@ -32,6 +33,7 @@ public:
     std::deque<int> answers;              // next message-box answers; IDCANCEL/IDOK when empty
     std::deque<std::wstring> fileAnswers; // next file-dialog answers; empty text means Cancel
     std::vector<bool> fileDialogsOpened;  // true for Open, false for Save As
+    bool realBoxes = false;               // record, then show the system's box instead of answering
 
     // An application with its own registry key and the test document template.
     explicit TestApp(const std::wstring& name = L"winTests");

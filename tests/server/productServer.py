@@ -1,0 +1,155 @@
+#!/usr/bin/env python3
+"""A local product-attribute server for the version check's tests and `make run`, on 127.0.0.1 only.
+
+It answers POSTs to the attribute script from a table file read afresh for every request, one
+"<product> <attribute> <value...>" a line. A value "!<mode> [value]" misbehaves instead: 304 or 404; nodata
+(a closing tag only), noclose (no </data>), nolength (no Content-Length), split (two writes half a second
+apart), slow (two seconds late), cut (closed half-way), endless (no end), huge (2 MiB). Every request is
+logged as a JSON line before it is answered. With --wrap it runs a command with QWZ_PRODUCT_SERVER (and
+QWZ_TEST_PRODUCT_TABLE, QWZ_TEST_PRODUCT_LOG) set, stops when it ends and exits with its status.
+"""
+import argparse
+import http.server
+import json
+import os
+import ssl
+import subprocess
+import sys
+import threading
+import time
+
+SCRIPT = "/cgi-bin/product_attributes/product_attribute.pl"
+
+
+def read_table(path):
+    if not os.path.exists(path):
+        return {}
+    with open(path, encoding="utf-8") as f:
+        rows = [line.split(" ", 2) for line in f.read().splitlines() if line and not line.startswith("#")]
+    return {(row[0], row[1]): row[2] if len(row) > 2 else "" for row in rows if len(row) > 1}
+
+
+class Handler(http.server.BaseHTTPRequestHandler):
+    wbufsize = 1 << 16  # buffered, so that an answer's headers and body leave in one write
+
+    def setup(self):
+        if self.server.tls:
+            self.request = self.server.tls.wrap_socket(self.request, server_side=True, do_handshake_on_connect=False)
+            try:
+                self.request.do_handshake()
+            except OSError:
+                self.request.close()
+                raise
+        super().setup()
+
+    def finish(self):
+        super().finish()
+        if self.server.tls:
+            self.request.close()  # the TLS socket, not the plain one the server closes
+
+    def log_message(self, *args):
+        pass
+
+    def do_POST(self):
+        body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
+        with self.server.log_lock, open(self.server.log, "a", encoding="utf-8") as f:
+            f.write(json.dumps({"method": self.command, "path": self.path, "headers": list(self.headers.items()),
+                                "body": body.decode("latin-1")}) + "\n")
+        # the script's own reading of the form: nothing decoded
+        form = dict(reversed([pair.partition("=")[::2] for pair in body.decode("latin-1").split("&")]))
+        value = read_table(self.server.table).get((form.get("product"), form.get("attribute")))
+        if self.path != SCRIPT or value is None:
+            self.answer(b"no such script, product or attribute", 404)
+        elif value.startswith("!"):
+            mode, _, rest = value[1:].partition(" ")
+            self.misbehave(mode, ("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % rest).encode("utf-8"))
+        else:
+            self.answer(("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % value).encode("utf-8"))
+
+    def head(self, status, length=None):
+        self.send_response(status)
+        if length is not None:
+            self.send_header("Content-Length", str(length))
+        self.send_header("Connection", "close")
+        self.end_headers()
+
+    def answer(self, body, status=200):
+        self.head(status, len(body))
+        self.wfile.write(body)
+        self.wfile.flush()
+
+    def misbehave(self, mode, body):
+        half = len(body) // 2
+        if mode in ("304", "404"):
+            self.answer(b"", int(mode))
+        elif mode in ("nodata", "noclose"):
+            self.answer(body.replace(b"<data>" if mode == "nodata" else b"</data>", b""))
+        elif mode == "nolength":
+            self.head(200)
+            self.wfile.write(body)
+        elif mode in ("split", "cut"):
+            self.head(200, len(body))
+            self.wfile.write(body[:half])
+            self.wfile.flush()
+            if mode == "split":
+                time.sleep(0.5)
+                self.wfile.write(body[half:])
+        elif mode == "slow":
+            time.sleep(2)
+            self.answer(body)
+        elif mode == "endless":
+            self.head(200)
+            for _ in range(1024):  # 64 MiB at most, should the client never hang up
+                self.wfile.write(b"<data>" + b"x" * 65530)
+        elif mode == "huge":
+            self.answer(body + b" " * (2 << 20))
+
+
+class ProductServer(http.server.ThreadingHTTPServer):
+    daemon_threads = True
+
+    def __init__(self, table, log, cert=None, key=None):
+        super().__init__(("127.0.0.1", 0), Handler)
+        self.table, self.log, self.log_lock = table, log, threading.Lock()
+        open(log, "w").close()  # each run logs afresh
+        self.tls = None
+        if cert:
+            self.tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            self.tls.load_cert_chain(cert, key)
+        # a TLS client checks the name, which an address cannot carry
+        self.url = "%s://%s:%d" % ("https" if cert else "http", "localhost" if cert else "127.0.0.1",
+                                   self.server_address[1])
+
+    def handle_error(self, request, client_address):
+        pass  # a refused handshake or a client that hung up is the test's to judge
+
+    def start(self):
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+        return self
+
+    def stop(self):
+        self.shutdown()
+        self.server_close()
+
+    def requests(self):
+        with open(self.log, encoding="utf-8") as f:
+            return [json.loads(line) for line in f if line.strip()]
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--table", required=True)
+    parser.add_argument("--log", default=os.devnull)
+    parser.add_argument("--wrap", nargs=argparse.REMAINDER, required=True)
+    args = parser.parse_args()
+    server = ProductServer(os.path.abspath(args.table), os.path.abspath(args.log)).start()
+    env = dict(os.environ, QWZ_PRODUCT_SERVER=server.url, QWZ_TEST_PRODUCT_TABLE=server.table,
+               QWZ_TEST_PRODUCT_LOG=server.log)
+    try:
+        return subprocess.run(args.wrap, env=env).returncode
+    finally:
+        server.stop()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
