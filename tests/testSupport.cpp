@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include <gtest/gtest.h>
+
 namespace fs = std::filesystem;
 
 namespace qt
@@ -37,7 +39,11 @@ std::string sourcePath(const std::string& relative)
 
 std::string scratchDir(const std::string& name)
 {
-    fs::path dir = fs::path(dataPath("scratch")) / name;
+    // a folder of the running test's own: ctest runs the native tests in parallel processes
+    fs::path dir = fs::path(dataPath("scratch"));
+    if (const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info())
+        dir /= std::string(test->test_suite_name()) + "." + test->name();
+    dir /= name;
     std::error_code ec;
     fs::remove_all(dir, ec);
     fs::create_directories(dir);

@@ -17,7 +17,7 @@ std::string dataPath(const std::string& relative);
 // A file or folder below the source tree.
 std::string sourcePath(const std::string& relative);
 
-// A fresh, empty directory for one test; removed by the next call with the same name.
+// A fresh, empty directory of the running test's own; removed by the test's next call with the same name.
 std::string scratchDir(const std::string& name);
 
 // Whole-file helpers over the C library, so that tests never depend on the code they test.
