@@ -11,8 +11,8 @@ NATIVE := build/native
 WINE_RUN := cmake/wine-run.sh
 XVFB := xvfb-run -a -s "-screen 0 1280x1024x24"
 
-.PHONY: all run test deps native windows fuzz-build wineprefix test-native test-windows test-fuzz fuzz bench \
-        format clean
+.PHONY: all run test dist deps native windows fuzz-build wineprefix test-native test-windows test-fuzz fuzz \
+        bench format clean
 
 all: native windows
 
@@ -36,6 +36,10 @@ native: deps $(NATIVE)/CMakeCache.txt
 
 windows: deps $(WIN)/CMakeCache.txt
 	MAKEFLAGS= cmake --build $(WIN) -j $(JOBS)
+
+# The signed MSI, the portable zip and their SHA256SUMS, beside the tree in build/windows/dist.
+dist: windows
+	MAKEFLAGS= cmake --build $(WIN) --target dist
 
 fuzz-build: deps build/fuzz/CMakeCache.txt
 	MAKEFLAGS= cmake --build build/fuzz -j $(JOBS)
