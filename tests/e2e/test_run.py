@@ -31,7 +31,7 @@ def usage_start(language):
 class Run(unittest.TestCase):
     def test_language_as_windows_would_choose_it(self):
         cases = [({"LANG": "C.UTF-8"}, "English"),
-                 # not installed here: Wine still makes the user locale from LC_ALL
+                 # Wine makes the user locale from LC_ALL even where that locale is not installed
                  ({"LANG": "C.UTF-8", "LC_ALL": "de_DE.UTF-8"}, "German"),
                  ({"LANG": "C.UTF-8", "LC_ALL": "German"}, "German")]
         for env, language in cases:
