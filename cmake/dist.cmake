@@ -10,6 +10,13 @@ if(WIN32)
         COMMAND ${CMAKE_COMMAND} -E copy_if_different ${CMAKE_SOURCE_DIR}/res/product
                 ${QUILLON_DIST}/sys/install/product
         VERBATIM)
+
+    # `make run` builds only this: the tree (whatever it gains hangs here) and the starter that hands
+    # Quillon the environment a Windows desktop would (scripts/run.sh)
+    add_executable(start_as_windows WIN32 ${CMAKE_SOURCE_DIR}/scripts/startAsWindows.cpp)
+    target_link_options(start_as_windows PRIVATE -municode)
+    add_custom_target(run_tree)
+    add_dependencies(run_tree quillon start_as_windows)
 endif()
 
 # `make dist`: the signed MSI, the portable zip and SHA256SUMS beside the tree, in dist/. The signing
