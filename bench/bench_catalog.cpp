@@ -277,8 +277,10 @@ int printRatios(const RatioReporter& r)
 
 void setUp()
 {
-    char dir[] = "/tmp/bench_catalog.XXXXXX";
-    if (!mkdtemp(dir))
+    // TMPDIR is the bench build's folder when make runs it
+    const char* tmp = std::getenv("TMPDIR");
+    std::string dir = std::string(tmp && *tmp ? tmp : "/tmp") + "/bench_catalog.XXXXXX";
+    if (!mkdtemp(dir.data()))
         fail("no temporary directory");
     workDir = dir;
     // glibc reads catalogs only under a non-"C" locale; LANGUAGE names our directory

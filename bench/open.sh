@@ -11,10 +11,9 @@ win=$root/build/windows
 sizes=${OPEN_BENCH_SIZES:-"1 10 50"}
 runs=${OPEN_BENCH_RUNS:-3}
 big_runs=${OPEN_BENCH_BIG_RUNS:-1} # files of 50 MB and more take minutes per open
-export WINEPREFIX=$work/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+export QUILLON_WINEPREFIX=$work/wineprefix
 export QWZ_DISABLE_STARTUP_VERSION_CHECK=1
-wine=/usr/lib/wine/wine64
-wineserver=/usr/lib/wine/wineserver64
+wine=$root/cmake/wine-run.sh
 python=/usr/bin/python3
 
 if [ -z "${QUILLON_OPEN_BENCH_INNER:-}" ]; then
@@ -30,18 +29,17 @@ fi
 
 winpath() { echo "Z:${1//\//\\}"; }
 
-if [ ! -f "$WINEPREFIX/.ready" ]; then
-    mkdir -p "$WINEPREFIX"
-    "$wine" wineboot -i >/dev/null 2>&1 || true
+"$wine" --boot
+if [ ! -f "$QUILLON_WINEPREFIX/.notepad" ]; then
     # notepad wraps and uses the same font as the others, so that all three do the same work
-    "$wine" reg add 'HKCU\Software\Microsoft\Notepad' /v fWrap /t REG_DWORD /d 1 /f >/dev/null 2>&1
-    "$wine" reg add 'HKCU\Software\Microsoft\Notepad' /v lfFaceName /t REG_SZ /d 'Courier New' /f >/dev/null 2>&1
-    "$wine" reg add 'HKCU\Software\Microsoft\Notepad' /v iPointSize /t REG_DWORD /d 100 /f >/dev/null 2>&1
-    "$wineserver" -w
-    touch "$WINEPREFIX/.ready"
+    "$wine" reg add 'HKCU\Software\Microsoft\Notepad' /v fWrap /t REG_DWORD /d 1 /f >/dev/null
+    "$wine" reg add 'HKCU\Software\Microsoft\Notepad' /v lfFaceName /t REG_SZ /d 'Courier New' /f >/dev/null
+    "$wine" reg add 'HKCU\Software\Microsoft\Notepad' /v iPointSize /t REG_DWORD /d 100 /f >/dev/null
+    "$wine" --server -w
+    touch "$QUILLON_WINEPREFIX/.notepad"
 fi
-"$wineserver" -p
-trap '"$wineserver" -k 2>/dev/null || true' EXIT
+"$wine" --server -p
+trap '"$wine" --server -k 2>/dev/null || true' EXIT
 
 quillon=$win/dist/Quillon/sys/exec/quillon.exe
 bare=$win/bench_bare_edit.exe

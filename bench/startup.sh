@@ -8,9 +8,8 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 work=$root/build/bench-startup
 win=$root/build/windows
 runs=${STARTUP_BENCH_RUNS:-15}
-export WINEPREFIX=$work/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
-wine=/usr/lib/wine/wine64
-wineserver=/usr/lib/wine/wineserver64
+export QUILLON_WINEPREFIX=$work/wineprefix
+wine=$root/cmake/wine-run.sh
 
 if [ -z "${QUILLON_STARTUP_BENCH_INNER:-}" ]; then
     [ -f "$win/CMakeCache.txt" ] ||
@@ -19,14 +18,9 @@ if [ -z "${QUILLON_STARTUP_BENCH_INNER:-}" ]; then
     exec env QUILLON_STARTUP_BENCH_INNER=1 xvfb-run -a -s "-screen 0 1280x1024x24" bash "$0"
 fi
 
-if [ ! -f "$WINEPREFIX/.ready" ]; then
-    mkdir -p "$WINEPREFIX"
-    "$wine" wineboot -i >/dev/null 2>&1 || true
-    "$wineserver" -w
-    touch "$WINEPREFIX/.ready"
-fi
-"$wineserver" -p
-trap '"$wineserver" -k 2>/dev/null || true' EXIT
+"$wine" --boot
+"$wine" --server -p
+trap '"$wine" --server -k 2>/dev/null || true' EXIT
 
 python3 "$root/tests/server/productServer.py" --table "$win/run-products.txt" --log "$work/requests.log" \
     --wrap "$wine" "$win/bench_startup_timer.exe" "$runs" "$win/dist/Quillon/sys/exec/quillon.exe"

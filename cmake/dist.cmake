@@ -29,6 +29,13 @@ if(WIN32)
         COMMENT "Compiling the help file"
         VERBATIM)
     add_custom_target(help_file ALL DEPENDS ${QUILLON_CHM})
+
+    # `make run` builds only this: the tree (whatever it gains hangs here) and the starter that hands
+    # Quillon the environment a Windows desktop would (scripts/run.sh)
+    add_executable(start_as_windows WIN32 ${CMAKE_SOURCE_DIR}/scripts/startAsWindows.cpp)
+    target_link_options(start_as_windows PRIVATE -municode)
+    add_custom_target(run_tree)
+    add_dependencies(run_tree quillon start_as_windows help_file)
 endif()
 
 # `make dist`: the signed MSI, the portable zip and SHA256SUMS beside the tree, in dist/. The signing
@@ -41,7 +48,7 @@ if(WIN32)
         COMMENT "Packaging Quillon ${PROJECT_VERSION}"
         VERBATIM)
     # everything that lays out the tree comes first
-    add_dependencies(dist quillon catalogs)
+    add_dependencies(dist quillon catalogs help_file)
 endif()
 
 # English has a catalog of its own, every text translated to itself: an English user's language then

@@ -3,6 +3,10 @@
 set -euo pipefail
 build=$1 seconds=$2
 status=0
+# the fuzzers' scratch files stay in the build folder, private to this run
+export TMPDIR
+TMPDIR=$(mkdir -p "$build/tmp" && mktemp -d "$(cd "$build/tmp" && pwd)/run.XXXXXX")
+trap 'rm -rf "$TMPDIR"' EXIT
 for exe in "$build"/fuzz_*; do
   [ -x "$exe" ] || continue
   name=$(basename "$exe")

@@ -6,16 +6,12 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include <gtest/gtest.h>
+
 namespace fs = std::filesystem;
 
 namespace qt
 {
-
-static std::string envOr(const char* name, const char* fallback)
-{
-    const char* v = std::getenv(name);
-    return v && *v ? v : fallback;
-}
 
 std::string hostPath(const std::string& unixPath)
 {
@@ -33,17 +29,21 @@ std::string hostPath(const std::string& unixPath)
 
 std::string dataPath(const std::string& relative)
 {
-    return hostPath(envOr("QUILLON_TEST_DATA", "testdata") + "/" + relative);
+    return hostPath(std::string(QUILLON_TEST_DATA_DIR) + "/" + relative);
 }
 
 std::string sourcePath(const std::string& relative)
 {
-    return hostPath(envOr("QUILLON_SOURCE_DIR", ".") + "/" + relative);
+    return hostPath(std::string(QUILLON_SOURCE_TREE) + "/" + relative);
 }
 
 std::string scratchDir(const std::string& name)
 {
-    fs::path dir = fs::path(dataPath("scratch")) / name;
+    // a folder of the running test's own: ctest runs the native tests in parallel processes
+    fs::path dir = fs::path(dataPath("scratch"));
+    if (const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info())
+        dir /= std::string(test->test_suite_name()) + "." + test->name();
+    dir /= name;
     std::error_code ec;
     fs::remove_all(dir, ec);
     fs::create_directories(dir);

@@ -1,5 +1,6 @@
-// Paths and scratch files for tests. Data made at build time (catalogs by msgfmt, fixtures) lies under
-// QUILLON_TEST_DATA; under Wine the Unix paths are handed over as Z: drive paths.
+// Paths and scratch files for tests. Data made at build time (catalogs by msgfmt, fixtures) and every
+// scratch file lie under the build's test data folder, compiled in: a test program started by hand from
+// any folder writes nothing there. Under Wine the Unix paths are handed over as Z: drive paths.
 #pragma once
 
 #include <string>
@@ -16,7 +17,7 @@ std::string dataPath(const std::string& relative);
 // A file or folder below the source tree.
 std::string sourcePath(const std::string& relative);
 
-// A fresh, empty directory for one test; removed by the next call with the same name.
+// A fresh, empty directory of the running test's own; removed by the test's next call with the same name.
 std::string scratchDir(const std::string& name);
 
 // Whole-file helpers over the C library, so that tests never depend on the code they test.

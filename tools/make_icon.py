@@ -8,6 +8,7 @@ the output depends only on this file.
 
 usage: make_icon.py OUT.ico [--preview OUT.png]
 """
+import argparse
 import math
 import struct
 import sys
@@ -295,15 +296,18 @@ def ico(images):
 
 
 def main(argv):
-    if len(argv) not in (2, 4) or (len(argv) == 4 and argv[2] != "--preview"):
-        sys.exit("usage: make_icon.py OUT.ico [--preview OUT.png]")
+    ap = argparse.ArgumentParser(description="Draw Quillon's application icon as a Windows .ico.")
+    ap.add_argument("out", metavar="OUT.ico", help="the icon file to write")
+    ap.add_argument("--preview", metavar="OUT.png",
+                    help="also write every size side by side, for a person to look at")
+    args = ap.parse_args(argv[1:])
     rendered = {size: draw(size) for size in SIZES}
     images = [(s, png(s, rendered[s]) if s >= 256 else dib(s, rendered[s])) for s in SIZES]
-    out = Path(argv[1])
+    out = Path(args.out)
     out.parent.mkdir(parents=True, exist_ok=True)
     out.write_bytes(ico(images))
-    if len(argv) == 4:
-        Path(argv[3]).write_bytes(preview(rendered))
+    if args.preview:
+        Path(args.preview).write_bytes(preview(rendered))
 
 
 def preview(rendered):

@@ -9,6 +9,7 @@ quoting live here once.
 
 usage: make_pot.py res/strings.txt res/quillon.rc -o OUT.pot
 """
+import argparse
 import re
 import sys
 from pathlib import Path
@@ -251,13 +252,16 @@ def make_pot(strings_path, rc_path):
 
 
 def main(argv):
-    if len(argv) != 5 or argv[3] != "-o":
-        sys.exit("usage: make_pot.py res/strings.txt res/quillon.rc -o OUT.pot")
+    ap = argparse.ArgumentParser(description="Make the translation template from every text a user can see.")
+    ap.add_argument("strings", metavar="strings.txt", help="the string table's source, res/strings.txt")
+    ap.add_argument("rc", metavar="quillon.rc", help="the resource script with the menus and dialogs")
+    ap.add_argument("-o", dest="out", metavar="OUT.pot", required=True, help="the template to write")
+    args = ap.parse_args(argv[1:])
     try:
-        pot = make_pot(argv[1], argv[2])
+        pot = make_pot(args.strings, args.rc)
     except ValueError as e:
         sys.exit(f"make_pot.py: {e}")
-    out = Path(argv[4])
+    out = Path(args.out)
     out.parent.mkdir(parents=True, exist_ok=True)
     if not out.exists() or out.read_text(encoding="utf-8") != pot:
         out.write_text(pot, encoding="utf-8")

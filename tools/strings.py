@@ -6,7 +6,10 @@ blank lines and lines starting with # are skipped. Writes into the output direct
   resourceIds.h   #define NAME id, for C++ and the resource compiler
   strings.rc      the resource string table
   stringTable.h/.cpp  the native build's table (the resource string table stands in for it on Windows)
+
+usage: strings.py res/strings.txt OUTDIR
 """
+import argparse
 import re
 import sys
 from pathlib import Path
@@ -63,10 +66,12 @@ def write_if_changed(path, content):
 
 
 def main():
-    if len(sys.argv) != 3:
-        sys.exit("usage: strings.py res/strings.txt OUTDIR")
-    entries = parse(sys.argv[1])
-    out = Path(sys.argv[2])
+    ap = argparse.ArgumentParser(description="Make the string table's three forms from res/strings.txt.")
+    ap.add_argument("strings", metavar="strings.txt", help="the string table's one source")
+    ap.add_argument("outdir", metavar="OUTDIR", help="where resourceIds.h, strings.rc and stringTable.h/.cpp go")
+    args = ap.parse_args()
+    entries = parse(args.strings)
+    out = Path(args.outdir)
     out.mkdir(parents=True, exist_ok=True)
 
     ids = ["// Generated from res/strings.txt: do not edit.", "#pragma once", ""]

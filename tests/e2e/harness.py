@@ -16,8 +16,6 @@ WINEPREFIX = os.environ.get("QUILLON_WINEPREFIX", os.path.join(BUILD_DIR, "winep
 ARTIFACTS = os.environ.get("QUILLON_E2E_ARTIFACTS", os.path.join(BUILD_DIR, "e2e-artifacts"))
 WINE_RUN = os.path.join(SOURCE_DIR, "cmake", "wine-run.sh")
 WINDOW_TEXT = os.environ.get("QUILLON_WINDOW_TEXT", os.path.join(BUILD_DIR, "tests", "windowText.exe"))
-WINESERVER = next((p for p in ("/usr/lib/wine/wineserver64", "/usr/lib/wine/wineserver") if os.path.exists(p)),
-                  "wineserver")
 
 
 def wine_env(extra=None):
@@ -279,8 +277,8 @@ def control(rows, control_id):
 
 def end_wine():
     """Stops the prefix's wineserver and everything still running in it; call once per test file."""
-    subprocess.run([WINESERVER, "-k"], env=wine_env(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                   timeout=60)
+    subprocess.run([WINE_RUN, "--server", "-k"], env=wine_env(), stdout=subprocess.DEVNULL,
+                   stderr=subprocess.DEVNULL, timeout=60)
 
 
 class QuillonTestCase(unittest.TestCase):

@@ -40,11 +40,13 @@ def setUpModule():
     for folder in (SCRATCH, PREFIX):
         shutil.rmtree(folder, ignore_errors=True)
         folder.mkdir(parents=True)
-    wine("wineboot", "-i")
+    booted = wine("--boot")
+    if booted.returncode != 0:
+        raise RuntimeError("no Wine prefix for the installer: %s" % booted.stderr.decode(errors="replace"))
 
 
 def tearDownModule():
-    subprocess.run([h.WINESERVER, "-k"], env={**os.environ, **ENV}, capture_output=True, timeout=60)
+    wine("--server", "-k")
 
 
 def tree_files(root):

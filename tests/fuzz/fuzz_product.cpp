@@ -10,9 +10,19 @@
 
 namespace
 {
-// The run's own input file, removed when the fuzzer exits.
+// The run's own input file, in TMPDIR (the fuzz build's folder when make runs it), removed when the
+// fuzzer exits.
 struct TempFile {
-    std::string path = "/tmp/fuzz_product_" + std::to_string(getpid());
+    std::string path;
+    TempFile()
+    {
+        const char* tmp = std::getenv("TMPDIR");
+        path = std::string(tmp && *tmp ? tmp : "/tmp") + "/fuzz_product.XXXXXX";
+        int fd = mkstemp(path.data());
+        if (fd < 0)
+            std::abort();
+        close(fd);
+    }
     ~TempFile()
     {
         std::remove(path.c_str());

@@ -4,7 +4,9 @@
 #   cupsd.sh start <dir>   (re)creates <dir> and starts the scheduler; prints the socket's path
 #   cupsd.sh stop <dir>    stops the scheduler of <dir> by its pid
 # cups-pdf reads its settings from a fixed path under /etc, so the scheduler runs in a mount namespace of
-# its own in which that path shows our file: nothing outside <dir> is written.
+# its own in which that path shows our file. Its filters run as lp, and a folder above <dir> may be closed
+# to others (mktemp -d, a private home): in that namespace the scheduler sees <dir> at an empty temporary
+# folder that lp can reach. Nothing outside <dir> is written but that folder, removed again at stop.
 set -euo pipefail
 cmd=${1:?start or stop} dir=${2:?directory}
 pidfile=$dir/cupsd.pid
@@ -12,14 +14,19 @@ printer=QuillonPDF
 ppd=/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd
 
 stop() {
-  [ -f "$pidfile" ] || return 0
-  local pid
-  pid=$(cat "$pidfile")
-  if kill "$pid" 2>/dev/null; then
-    for _ in $(seq 50); do kill -0 "$pid" 2>/dev/null || break; sleep 0.1; done
-    kill -9 "$pid" 2>/dev/null || true
+  if [ -f "$pidfile" ]; then
+    local pid
+    pid=$(cat "$pidfile")
+    if kill "$pid" 2>/dev/null; then
+      for _ in $(seq 50); do kill -0 "$pid" 2>/dev/null || break; sleep 0.1; done
+      kill -9 "$pid" 2>/dev/null || true
+    fi
+    rm -f "$pidfile"
   fi
-  rm -f "$pidfile"
+  if [ -f "$dir/seen-at" ]; then
+    rmdir "$(cat "$dir/seen-at")" 2>/dev/null || true
+    rm -f "$dir/seen-at"
+  fi
 }
 
 start() {
@@ -28,7 +35,9 @@ start() {
   mkdir -p "$dir"/{etc,spool,cache,state,log,pdf,tmp}
   dir=$(cd "$dir" && pwd)
   pidfile=$dir/cupsd.pid
-  local sock=$dir/cups.sock
+  local sock=$dir/cups.sock at
+  at=$(mktemp -d)
+  echo "$at" >"$dir/seen-at"
   if [ ${#sock} -ge 100 ]; then
     echo "cupsd.sh: socket path too long for a Unix socket: $sock" >&2
     exit 1
@@ -37,17 +46,17 @@ start() {
   # the filters run as lp and write their temporary files here
   chmod 1777 "$dir/tmp"
   cat >"$dir/etc/cups-files.conf" <<CONF
-ServerRoot $dir/etc
-RequestRoot $dir/spool
-TempDir $dir/tmp
-CacheDir $dir/cache
-StateDir $dir/state
-Printcap $dir/printcap
+ServerRoot $at/etc
+RequestRoot $at/spool
+TempDir $at/tmp
+CacheDir $at/cache
+StateDir $at/state
+Printcap $at/printcap
 ServerBin /usr/lib/cups
 DataDir /usr/share/cups
-AccessLog $dir/log/access_log
-ErrorLog $dir/log/error_log
-PageLog $dir/log/page_log
+AccessLog $at/log/access_log
+ErrorLog $at/log/error_log
+PageLog $at/log/page_log
 User lp
 Group lp
 SystemGroup root
@@ -56,7 +65,7 @@ CONF
   cat >"$dir/etc/cupsd.conf" <<CONF
 LogLevel info
 ErrorPolicy abort-job
-Listen $sock
+Listen $at/cups.sock
 Browsing No
 WebInterface No
 DefaultAuthType None
@@ -67,15 +76,16 @@ DefaultAuthType None
 </Policy>
 CONF
   cat >"$dir/etc/cups-pdf.conf" <<CONF
-Out $dir/pdf
-AnonDirName $dir/pdf
-Spool $dir/tmp
-Log $dir/log
+Out $at/pdf
+AnonDirName $at/pdf
+Spool $at/tmp
+Log $at/log
 Grp root
 CONF
   unshare --mount --propagation private sh -c \
-    'mount --bind "$1/etc/cups-pdf.conf" /etc/cups/cups-pdf.conf && exec cupsd -f -c "$1/etc/cupsd.conf" -s "$1/etc/cups-files.conf"' \
-    cupsd "$dir" </dev/null >"$dir/log/cupsd.out" 2>&1 &
+    'mount --bind "$1" "$2" && mount --bind "$2/etc/cups-pdf.conf" /etc/cups/cups-pdf.conf &&
+     exec cupsd -f -c "$2/etc/cupsd.conf" -s "$2/etc/cups-files.conf"' \
+    cupsd "$dir" "$at" </dev/null >"$dir/log/cupsd.out" 2>&1 &
   echo $! >"$pidfile"
   export CUPS_SERVER=$sock
   for _ in $(seq 100); do
