@@ -132,13 +132,12 @@ class Frame(h.QuillonTestCase):
         self.assertEqual(toolbar["y"] + toolbar["h"], view["y"])
 
     def test_frame_at_144_dpi(self):
-        ready = os.path.join(DPI_PREFIX, ".ready")
-        if not os.path.exists(ready):
-            os.makedirs(DPI_PREFIX, exist_ok=True)
-            wine("wineboot", "-i", prefix=DPI_PREFIX)
+        scaled = os.path.join(DPI_PREFIX, ".logpixels-144")
+        if not os.path.exists(scaled):
+            self.assertEqual(wine("--boot", prefix=DPI_PREFIX).returncode, 0, "a prefix of its own")
             for key in (r"HKCU\Control Panel\Desktop", r"HKCC\Software\Fonts"):
                 wine("reg", "add", key, "/v", "LogPixels", "/t", "REG_DWORD", "/d", "144", "/f", prefix=DPI_PREFIX)
-            open(ready, "w").close()
+            open(scaled, "w").close()
         try:
             _, wid = self.launch(prefix=DPI_PREFIX)
             _, toolbar, status, view = self.bars(DPI_PREFIX)
@@ -146,8 +145,7 @@ class Frame(h.QuillonTestCase):
             self.assertGreaterEqual(toolbar["h"], 69, "46-pixel buttons grow by half at 144 DPI")
             self.assertEqual(toolbar["y"] + toolbar["h"], view["y"])
         finally:
-            subprocess.run([h.WINESERVER, "-k"], env=h.wine_env({"WINEPREFIX": DPI_PREFIX}), timeout=60)
-
+            wine("--server", "-k", prefix=DPI_PREFIX)
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
