@@ -110,29 +110,20 @@ TEST_F(nlsDomainManagerTest, TheUserLocaleDecidesWhenTheEnvironmentIsSilent)
         {"German (Germany)|DEU|DEU", "German", "German"},
         {"Spanish (Spain, International Sort)|ESN|ESP", "Spanish-ESP", "Spanish"},
     };
-    if (chooseUserLocale(cases[0].locale)) {
-        for (const auto& c : cases) {
-            chooseUserLocale(c.locale);
-            reset();
-            EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.full) << c.locale;
-            reset();
-            EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), c.bare) << c.locale;
-        }
-        chooseUserLocale("German (Germany)|DEU|DEU");
+    if (!chooseUserLocale(cases[0].locale))
+        GTEST_SKIP() << "the system's own user locale stands here; the end-to-end tests start from it";
+    for (const auto& c : cases) {
+        chooseUserLocale(c.locale);
         reset();
-        nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
-        EXPECT_STREQ(nlsDomainManager::translate(d, "Find"), "Suchen");
-        nlsDomainManager::destroyDomain(d);
-    } else {
-        // the system's own user locale: "<language>-<country>" unless the two abbreviations agree
-        platform::UserLocale user = platform::userDefaultLocale();
-        std::string base = user.englishLanguage.substr(0, user.englishLanguage.find(' '));
-        std::string full = user.abbrevLanguage == user.abbrevCountry ? base : base + "-" + user.abbrevCountry;
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.full) << c.locale;
         reset();
-        EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), full.c_str());
-        reset();
-        EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), base.c_str());
+        EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), c.bare) << c.locale;
     }
+    chooseUserLocale("German (Germany)|DEU|DEU");
+    reset();
+    nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
+    EXPECT_STREQ(nlsDomainManager::translate(d, "Find"), "Suchen");
+    nlsDomainManager::destroyDomain(d);
     // skipping the environment leaves LC_ALL unread
     qt::setEnv("LC_ALL", "Klingon");
     reset();
@@ -333,21 +324,6 @@ TEST_F(nlsDomainManagerTest, ACorruptCatalogIsRefusedThroughTheReport)
     nlsDomainManager::destroyDomain(d);
 }
 
-TEST_F(nlsDomainManagerTest, TheDefaultReportPrintsWarningsOnStandardOutput)
-{
-    nlsDataBase::reportHook() = saved_;
-    // whether the C library knows a locale named Klingon differs between builds: not this test's concern
-    auto savedLocaleHook = nlsDomainManager::localeReportHook();
-    nlsDomainManager::localeReportHook() = [](void*, const nlsError&) { return 1; };
-    qt::setEnv("LC_ALL", "Klingon");
-    testing::internal::CaptureStdout();
-    nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
-    std::string out = testing::internal::GetCapturedStdout();
-    nlsDomainManager::localeReportHook() = savedLocaleHook;
-    EXPECT_EQ(out, "NLS Warning: Catalog <quillon> failed to load for language <Klingon>\n");
-    nlsDomainManager::destroyDomain(d);
-}
-
 TEST_F(nlsDomainManagerTest, SettingTheLocaleInstallsNumbersWithoutGrouping)
 {
     qt::setEnv("LC_ALL", "German");
@@ -360,10 +336,6 @@ TEST_F(nlsDomainManagerTest, SettingTheLocaleInstallsNumbersWithoutGrouping)
         EXPECT_EQ(punct.grouping(), "");
         EXPECT_EQ(punct.decimal_point(), nlsDomainManager::decimalPoint());
     }
-    const char* names[] = {"LC_ALL", "LC_COLLATE", "LC_CTYPE", "LC_MONETARY", "LC_MESSAGES", "LC_TIME", "LC_XXX"};
-    for (int c = 0; c <= 6; ++c)
-        EXPECT_STREQ(nlsDomainManager::categoryName(c), names[c]);
-    EXPECT_STREQ(nlsDomainManager::categoryName(-1), "LC_XXX");
 }
 
 } // namespace
