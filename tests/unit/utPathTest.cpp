@@ -129,6 +129,14 @@ TEST(utFileProbe, WideNamesWithNonAsciiCharacters)
     ASSERT_NE(f, nullptr) << name;
     std::fputs("wide", f);
     std::fclose(f);
+    f = utOpenFile(name.c_str(), "rb");
+    ASSERT_NE(f, nullptr);
+    char buf[8] = {};
+    EXPECT_EQ(std::fread(buf, 1, sizeof buf - 1, f), 4u);
+    std::fclose(f);
+    EXPECT_STREQ(buf, "wide");
+    EXPECT_EQ(utOpenFile((dir + "/missing").c_str(), "rb"), nullptr);
+    EXPECT_EQ(utOpenFile(nullptr, "rb"), nullptr);
     utString path(name.c_str());
     EXPECT_EQ(utProbe(path), utProbeRegular);
     EXPECT_TRUE(utIsRegularFile(path));
