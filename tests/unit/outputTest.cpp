@@ -5,12 +5,10 @@
 #include <string>
 
 #include "app/qwzAppCatalog.h"
-#include "app/qwzStartup.h"
 #include "document/qwzStreamOutput.h"
 #include "document/qwzStringOutput.h"
 #include "nls/nlsDomainManager.h"
 #include "resourceIds.h"
-#include "testSupport.h"
 
 namespace
 {
@@ -82,32 +80,6 @@ TEST(OutputTest, StreamChannelHonoursWidthOnceAndKeepsFailuresInTheStream)
     s.setstate(std::ios_base::badbit);
     out.write(utString("lost"));
     EXPECT_EQ(s.str(), "...abc");
-}
-
-const char usageText[] = "Usage:\n\n"
-                         "  quillon\n"
-                         "  Run Quillon\n\n"
-                         "  quillon <file>\n"
-                         "  Run Quillon and display the requested file\n\n"
-                         "  quillon -help\n"
-                         "  Display this help\n";
-
-TEST_F(EnglishTexts, UsageTextIsTheSevenMessagesInOrder)
-{
-    qwzStringOutput out;
-    printUsage(out);
-    EXPECT_STREQ(out.text().c_str(), usageText);
-}
-
-TEST_F(EnglishTexts, UsageLogFileIsTruncatedAndGetsNoCarriageReturns)
-{
-    std::string dir = qt::scratchDir("usage-log");
-    std::string log = dir + "/out.txt";
-    qt::writeFile(log, std::string(10000, 'z'));
-    qwzCommandLine line;
-    line.parse({"-logfile:\"" + log + "\"", "-help"});
-    writeUsage(line);
-    EXPECT_EQ(qt::readFile(log), usageText);
 }
 
 } // namespace

@@ -104,10 +104,6 @@ void checkProcessWideTranslate()
     expect(translateFormat("Line %d of %d", 3, 7).str(), "Zeile 3 von 7");
     expect(translateFormat("You are running the latest version of %s.", "Quillon 4.3.4002").str(),
            "Sie verwenden die neueste Version von Quillon 4.3.4002.");
-    // longer than the first buffer: it doubles until the text fits
-    std::string longText(10000, 'x');
-    expect(translateFormat("You are running the latest version of %s.", longText.c_str()).str(),
-           "Sie verwenden die neueste Version von " + longText + ".");
     expect(translateFormat("%d%%", 42).str(), "42%");
     std::fflush(stderr);
     std::exit(mismatches);
