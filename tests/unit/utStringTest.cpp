@@ -12,7 +12,11 @@ namespace
 
 std::string show(const utString& s)
 {
-    return s.isNull() ? "<null>" : "\"" + s.str() + "\"";
+    if (s.isNull())
+        return "<null>";
+    std::string quoted(1, '"'); // appended, not "\"" + ...: GCC 12 warns falsely (-Wrestrict) on that at -O2
+    quoted.append(s.str()).push_back('"');
+    return quoted;
 }
 
 // A result of an operation and the text it must show.
