@@ -1,6 +1,6 @@
 # The translations' tool chain proves that it catches what it is for: broken printf conversions,
-# translations out of step with the template, a stale template; and that the installed catalogs and
-# the icon are sound. Plain Python against the real files and the real msgfmt, so in both builds it
+# translations out of step with the template, a stale template; and that the installed catalogs are
+# sound. Plain Python against the real files and the real msgfmt, so in both builds it
 # runs natively (no Wine).
 
 add_test(NAME l10n_toolchain

@@ -4,8 +4,7 @@
 Each case breaks a copy of a real file (a shipped .po, res/strings.txt, res/quillon.rc) in one way and
 runs the real tool on it: msgfmt --check-format for printf conversions, tools/check_po.py for the
 template's and the translations' consistency. The shipped files are checked first, so that a failure
-below is the fault's and not the baseline's. Also checks the catalogs that the build installed and the
-icon that tools/make_icon.py draws.
+below is the fault's and not the baseline's. Also checks the catalogs that the build installed.
 
 Environment: QUILLON_SOURCE_DIR, QUILLON_MSGFMT, QUILLON_LOCALE_DIR (dist/Quillon/lib/locale),
 QUILLON_LANGUAGES ("de=German,fr=French,...").
@@ -14,12 +13,10 @@ import gettext
 import os
 import re
 import shutil
-import struct
 import subprocess
 import sys
 import tempfile
 import unittest
-import zlib
 from pathlib import Path
 
 SRC = Path(os.environ.get("QUILLON_SOURCE_DIR", Path(__file__).resolve().parents[2]))
@@ -365,66 +362,6 @@ class InstalledCatalogs(unittest.TestCase):
                 for msgid in template:
                     self.assertEqual(catalog.gettext(msgid), expected[msgid], f"{language}: {msgid!r}")
                 self.assertEqual(catalog.info().get("language"), code)
-
-
-class Icon(unittest.TestCase):
-    """tools/make_icon.py writes an .ico that Windows can use at every size it asks for."""
-
-    def test_sizes_formats_and_transparency(self):
-        with tempfile.TemporaryDirectory() as tmp:
-            ico = Path(tmp) / "q.ico"
-            r = run(sys.executable, TOOLS / "make_icon.py", ico)
-            self.assertEqual(r.returncode, 0, r.stderr)
-            data = ico.read_bytes()
-        reserved, kind, count = struct.unpack_from("<HHH", data)
-        self.assertEqual((reserved, kind, count), (0, 1, 4))
-        sizes = []
-        for i in range(count):
-            w, h, colours, _, planes, bpp, length, offset = struct.unpack_from("<BBBBHHII", data, 6 + 16 * i)
-            size = w or 256
-            sizes.append(size)
-            self.assertEqual((w, h, colours, planes, bpp), (w, h, 0, 1, 32))
-            self.assertLessEqual(offset + length, len(data))
-            blob = data[offset:offset + length]
-            alpha = self.png_alpha(blob, size) if size == 256 else self.dib_alpha(blob, size)
-            with self.subTest(size=size):
-                self.assertEqual(alpha[0], 0, "the corner must be transparent")
-                self.assertEqual(max(alpha), 255, "the drawing must have opaque pixels")
-                opaque = sum(1 for a in alpha if a == 255) / len(alpha)
-                self.assertTrue(0.25 < opaque < 0.85, f"{opaque:.2f} of the pixels are opaque")
-                self.assertTrue(any(0 < a < 255 for a in alpha), "edges must be anti-aliased")
-        self.assertEqual(sizes, [16, 32, 48, 256])
-
-    def dib_alpha(self, blob, size):
-        hdr, w, h, planes, bpp, compression = struct.unpack_from("<IiiHHI", blob)
-        self.assertEqual((hdr, w, h, planes, bpp, compression), (40, size, 2 * size, 1, 32, 0))
-        stride = ((size + 31) // 32) * 4
-        self.assertEqual(len(blob), 40 + size * size * 4 + stride * size)
-        rows = [blob[40 + r * size * 4:40 + (r + 1) * size * 4] for r in range(size)]
-        alpha = [a for row in reversed(rows) for a in row[3::4]]  # bottom-up in the file
-        mask = blob[40 + size * size * 4:]
-        for y in range(size):
-            for x in range(size):
-                bit = mask[(size - 1 - y) * stride + x // 8] >> (7 - x % 8) & 1
-                self.assertEqual(bit, 1 if alpha[y * size + x] == 0 else 0, f"AND mask at {x},{y}")
-        return alpha
-
-    def png_alpha(self, blob, size):
-        self.assertEqual(blob[:8], b"\x89PNG\r\n\x1a\n")
-        pos, idat = 8, b""
-        while pos < len(blob):
-            length, kind = struct.unpack_from(">I4s", blob, pos)
-            body = blob[pos + 8:pos + 8 + length]
-            self.assertEqual(struct.unpack_from(">I", blob, pos + 8 + length)[0], zlib.crc32(kind + body))
-            if kind == b"IHDR":
-                self.assertEqual(struct.unpack(">IIBBBBB", body), (size, size, 8, 6, 0, 0, 0))
-            elif kind == b"IDAT":
-                idat += body
-            pos += 12 + length
-        raw = zlib.decompress(idat)
-        row = 1 + size * 4
-        self.assertTrue(all(raw[r * row] == 0 for r in range(size)), "rows are written unfiltered")
-        return [raw[r * row + 1 + c * 4 + 3] for r in range(size) for c in range(size)]
 
 
 if __name__ == "__main__":
