@@ -2,10 +2,9 @@
 """Proves that the translations' tool chain catches the faults it exists for.
 
 Each case breaks a copy of a real file (a shipped .po, res/strings.txt, res/quillon.rc) in one way and
-runs the real tool on it: msgfmt --check-format for printf conversions, tools/check_po.py for the
-template's and the translations' consistency. The shipped files are checked first, so that a failure
-below is the fault's and not the baseline's. (The catalogs the build installs are read by the program in
-the end-to-end usage tests.)
+runs the real tool on it: tools/check_po.py for the template's and the translations' consistency, and the
+printf conversions msgfmt lets through. The shipped files pass both checks in the build itself. (The
+catalogs the build installs are read by the program in the end-to-end usage tests.)
 
 Environment: QUILLON_SOURCE_DIR, QUILLON_MSGFMT, QUILLON_LANGUAGES ("de=German,fr=French,...").
 """
@@ -26,7 +25,6 @@ TOOLS = SRC / "tools"
 sys.path.insert(0, str(TOOLS))
 
 from check_po import parse_po, parse_po_text  # noqa: E402
-from make_pot import make_pot  # noqa: E402
 
 POT = SRC / "locale" / "quillon.pot"
 RC = SRC / "res" / "quillon.rc"
@@ -83,19 +81,10 @@ LINE_RANGE = "Line Number (%d-%d):"
 
 
 class ShippedFiles(unittest.TestCase):
-    def test_template_is_what_the_sources_give(self):
-        self.assertEqual(make_pot(SRC / "res" / "strings.txt", RC), POT.read_text(encoding="utf-8"),
-                         "locale/quillon.pot is stale: run tools/make_pot.py")
+    """The build itself checks the shipped template and translations; here, what the checks rest on."""
 
-    def test_every_translation_passes_both_checks(self):
-        pos = sorted((SRC / "locale").glob("*.po"))
-        self.assertEqual(sorted(p.stem for p in pos), sorted(LANGUAGES))
-        result = check_po(pos, committed=POT)
-        self.assertEqual(result.returncode, 0, result.stderr)
-        with tempfile.TemporaryDirectory() as tmp:
-            for po in pos:
-                r = msgfmt(po, Path(tmp) / "x.mo")
-                self.assertEqual(r.returncode, 0, f"{po.name}: {r.stderr}")
+    def test_every_translation_is_a_language_the_build_installs(self):
+        self.assertEqual(sorted(p.stem for p in (SRC / "locale").glob("*.po")), sorted(LANGUAGES))
 
     def test_template_marks_printf_texts_and_names_their_ids(self):
         entries = {e.msgid: e for e in entries_of(POT)}
@@ -113,28 +102,8 @@ class ShippedFiles(unittest.TestCase):
 
 
 class PrintfConversions(unittest.TestCase):
-    """msgfmt --check-format refuses a translation whose conversions differ in number, order or type."""
-
-    CASES = [  # name, msgid, broken German translation
-        ("dropped %s", FILE_NOT_FOUND, "Fehler: Die Datei existiert nicht"),
-        ("extra %s", FILE_NOT_FOUND, "Fehler: Die Datei %s (%s) existiert nicht"),
-        ("%s became %d", FILE_NOT_FOUND, "Fehler: Die Datei %d existiert nicht"),
-        ("dropped %d", LINE_RANGE, "Zeilennummer (bis %d):"),
-        ("%d became %s", LINE_RANGE, "Zeilennummer (%d-%s):"),
-        ("third %s dropped", OLDER, "Sie haben Version %s\n\nÄLTER als (%s)\n\n<a href=\"\">hier</a>\n\nGeneral\n"),
-    ]
-
-    def test_broken_conversions_fail_the_compile(self):
-        original = (SRC / "locale" / "de.po").read_text(encoding="utf-8")
-        with tempfile.TemporaryDirectory() as tmp:
-            for name, msgid, broken in self.CASES:
-                with self.subTest(name):
-                    po = Path(tmp) / "de.po"
-                    po.write_text(edit_entry(original, msgid, set_msgstr(broken)), encoding="utf-8")
-                    r = msgfmt(po, Path(tmp) / "de.mo")
-                    self.assertNotEqual(r.returncode, 0, f"msgfmt accepted {broken!r}")
-                    # msgfmt names the two texts whose conversions disagree
-                    self.assertIn("'msgid' and 'msgstr'", r.stderr)
+    """msgfmt --check-format compares the conversions of every entry the template marks c-format (above);
+    the check adds what msgfmt allows and MinGW's printf does not."""
 
     def test_positional_reordering_passes_msgfmt_but_not_the_check(self):
         # msgfmt takes "%2$d ... %1$d"; MinGW's printf does not, so the check refuses it
