@@ -1,19 +1,15 @@
 """The real quillon.exe from the installation tree as a command-line program: its usage text on standard
 output or in a log file, its exit status, and the message box when it has no installation tree."""
 import gettext
-import os
 import shutil
 import subprocess
-import time
 import unittest
 from pathlib import Path
 
-BUILD = Path(os.environ["QUILLON_BUILD_DIR"])
-SOURCE = Path(os.environ["QUILLON_SOURCE_DIR"])
-DIST = BUILD / "dist" / "Quillon"
-EXE = DIST / "sys" / "exec" / "quillon.exe"
-WINE_RUN = SOURCE / "cmake" / "wine-run.sh"
-SCRATCH = BUILD / "e2e-scratch" / "usage"
+import harness as h
+
+DIST = Path(h.DIST_DIR)
+SCRATCH = Path(h.scratch_dir("usage"))
 
 # the seven string-table messages of the usage text, as the catalogs know them
 USAGE_MESSAGES = ["Usage:\n\n", "  quillon\n", "  Run Quillon\n\n", "  quillon <file>\n",
@@ -22,21 +18,15 @@ USAGE = "".join(USAGE_MESSAGES)
 LANGUAGES = ["German", "French", "Spanish", "Italian", "Japanese"]
 
 
-def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
-def run(args, env=None, exe=EXE, timeout=60):
-    full_env = dict(os.environ)
+def run(args, env=None, exe=h.EXE):
     # the language comes from these or, when all are empty, from the Windows user locale (English here)
-    full_env.update({"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
+    full_env = h.wine_env({"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
     full_env.update(env or {})
-    return subprocess.run([str(WINE_RUN), str(exe), *args], capture_output=True, timeout=timeout, env=full_env)
+    return subprocess.run([h.WINE_RUN, str(exe), *args], capture_output=True, timeout=60, env=full_env)
 
 
-def setUpModule():
-    shutil.rmtree(SCRATCH, ignore_errors=True)
-    SCRATCH.mkdir(parents=True)
+def tearDownModule():
+    h.end_wine()
 
 
 class UsageText(unittest.TestCase):
@@ -55,14 +45,14 @@ class UsageText(unittest.TestCase):
     def test_logfile_gets_the_text_truncated_and_without_carriage_returns(self):
         log = SCRATCH / "out log.txt"
         log.write_bytes(b"x" * 5000)
-        done = run([f'-logfile:{windows_path(log)}', "-help"])
+        done = run([f'-logfile:{h.wine_path(log)}', "-help"])
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(done.stdout, b"")
         self.assertEqual(log.read_bytes(), USAGE.encode("utf-8"))
 
     def test_unopenable_logfile_loses_the_text_but_ends_normally(self):
         missing = SCRATCH / "no such folder" / "out.txt"
-        done = run([f"-logfile:{windows_path(missing)}", "-help"])
+        done = run([f"-logfile:{h.wine_path(missing)}", "-help"])
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(done.stdout, b"")
         self.assertFalse(missing.exists())
@@ -100,7 +90,7 @@ class TranslatedUsage(unittest.TestCase):
 
     def test_log_file_in_german_is_utf8(self):
         log = SCRATCH / "german.txt"
-        done = run([f"-logfile:{windows_path(log)}", "-help"], env={"LC_ALL": "German"})
+        done = run([f"-logfile:{h.wine_path(log)}", "-help"], env={"LC_ALL": "German"})
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(log.read_bytes().decode("utf-8"),
                          "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES))
@@ -111,8 +101,7 @@ class CorruptCatalog(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.tree = SCRATCH.parent / "corrupt-tree" / "Quillon"
-        shutil.rmtree(cls.tree.parent, ignore_errors=True)
+        cls.tree = Path(h.scratch_dir("corrupt-tree")) / "Quillon"
         shutil.copytree(DIST, cls.tree)
         mo = cls.tree / "lib" / "locale" / "German" / "LC_MESSAGES" / "quillon.mo"
         data = bytearray(mo.read_bytes())
@@ -136,36 +125,22 @@ class CorruptCatalog(unittest.TestCase):
         self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
 
 
-class MissingInstallationTree(unittest.TestCase):
+class MissingInstallationTree(h.QuillonTestCase):
     """Started from the root of a drive there is no tree two levels up: a message box says so."""
 
     def test_message_box_then_exit(self):
-        drive = SCRATCH.parent / "ydrive"
-        shutil.rmtree(drive, ignore_errors=True)
-        drive.mkdir(parents=True)
-        shutil.copy(EXE, drive / "quillon.exe")
-        link = Path(os.environ["WINEPREFIX"]) / "dosdevices" / "y:"
+        drive = h.scratch_dir("ydrive")
+        shutil.copy(h.EXE, drive)
+        link = Path(h.WINEPREFIX) / "dosdevices" / "y:"
         if link.is_symlink():
             link.unlink()
         link.symlink_to(drive)
-        env = dict(os.environ, LC_ALL="", LC_MESSAGES="", LANG="")
-        proc = subprocess.Popen([str(WINE_RUN), "Y:\\quillon.exe"], env=env,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        try:
-            found = subprocess.run(["xdotool", "search", "--sync", "--name", "^Quillon$"],
-                                   capture_output=True, text=True, timeout=60)
-            windows = found.stdout.split()
-            self.assertTrue(windows, f"no message box titled Quillon appeared: {found.stderr}")
-            shot = BUILD / "e2e-artifacts"
-            shot.mkdir(exist_ok=True)
-            subprocess.run(["import", "-window", "root", str(shot / "no-install-dir.png")], timeout=30)
-            subprocess.run(["xdotool", "key", "--window", windows[0], "Return"], timeout=30)
-            self.assertEqual(proc.wait(timeout=60), 1)
-        finally:
-            if proc.poll() is None:
-                proc.kill()
-            link.unlink()
-
+        self.addCleanup(link.unlink)
+        program = self.start(exe="Y:\\quillon.exe", env={"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
+        box = h.wait_window("^Quillon$", timeout=60)
+        h.screenshot("no-install-dir", box)
+        h.key(box, "Return")
+        self.assertEqual(program.wait(timeout=60), 1)
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
