@@ -161,25 +161,4 @@ TEST(nlsDataBase, TheListSharesByPathAndCountsReferences)
     EXPECT_EQ(nlsDataBase::first(), nullptr) << "a failed database never enters the list";
 }
 
-TEST(nlsDataBase, OnlyTheHeadIsFoundSoALaterPathLoadsTwice)
-{
-    std::string big = catalogPath("big"), little = catalogPath("little");
-    ASSERT_LT(big, little);
-    uint32_t code;
-    nlsDataBase* first = nlsDataBase::open(little.c_str(), code);
-    nlsDataBase* head = nlsDataBase::open(big.c_str(), code);
-    ASSERT_EQ(nlsDataBase::first(), head);
-    ASSERT_EQ(head->next(), first) << "the list is in ascending path order";
-    EXPECT_EQ(nlsDataBase::find(little.c_str()), nullptr) << "the walk stops at the smaller head";
-    nlsDataBase* second = nlsDataBase::open(little.c_str(), code);
-    EXPECT_NE(second, first);
-    EXPECT_EQ(head->next(), second) << "a new entry goes right after the last one strictly before it";
-    EXPECT_EQ(second->next(), first);
-    EXPECT_EQ(nlsDataBase::find(big.c_str()), head);
-    EXPECT_EQ(head->references(), 2);
-    for (nlsDataBase* db : {head, head, first, second})
-        nlsDataBase::release(db);
-    EXPECT_EQ(nlsDataBase::first(), nullptr);
-}
-
 } // namespace
