@@ -47,7 +47,6 @@ class TestDocument : public winDocument
 {
 public:
     std::string bytes;
-    int newCalls = 0;
     bool onNewDocument() override;
     void serialize(std::string& out) override;
     bool deserialize(const std::string& in) override;
@@ -59,7 +58,6 @@ std::wstring scratch(const std::string& name);
 // winSafeSave. readWide answers "<missing>" for a file that is not there.
 std::string readWide(const std::wstring& path);
 void writeWide(const std::wstring& path, const std::string& bytes);
-bool existsWide(const std::wstring& path);
 // The names of the files in `dir`.
 std::vector<std::wstring> listDir(const std::wstring& dir);
 // Removes HKCU\Software\QuillonTests\<app> so that a test starts without settings.
