@@ -17,7 +17,7 @@ XVFB := xvfb-run -a -s "-screen 0 1280x1024x24"
 # Quillon runs against a local product-attribute server that knows its own version, stopped when it exits.
 PRODUCT_SERVER := python3 tests/server/productServer.py --table $(WIN)/run-products.txt --wrap
 
-.PHONY: all run test deps native windows wineprefix test-native test-windows test-fuzz fuzz bench format clean
+.PHONY: all run test dist deps native windows wineprefix test-native test-windows test-fuzz fuzz bench format clean
 
 all: native windows
 
@@ -31,6 +31,10 @@ native: deps
 windows: deps
 	cmake -S . -B $(WIN) -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -DCMAKE_BUILD_TYPE=Release > /dev/null
 	cmake --build $(WIN) -j $(JOBS)
+
+# The signed MSI, the portable zip and their SHA256SUMS, beside the tree in build/windows/dist.
+dist: windows
+	cmake --build $(WIN) --target dist
 
 # A prefix of the build's own, made once: the first start of Wine takes 10-20 s.
 wineprefix: $(WIN)/wineprefix/.ready

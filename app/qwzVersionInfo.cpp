@@ -8,6 +8,7 @@
 #include "buildDate.h"
 #include "foundation/utProductDescription.h"
 #include "platform/platform.h"
+#include "quillonVersion.h"
 #include "resourceIds.h"
 
 namespace
@@ -35,8 +36,8 @@ int localYear()
 } // namespace
 
 qwzVersionInfo::qwzVersionInfo()
-    : version("4.3.40"), versionDigits(digitsOf("4.3.40")), buildDate(QWZ_BUILD_DATE), buildNumber("02"),
-      productName("Quillon")
+    : version(QWZ_VERSION), versionDigits(digitsOf(QWZ_VERSION)), buildDate(QWZ_BUILD_DATE),
+      buildNumber(QWZ_BUILD_NUMBER), productName("Quillon")
 {
     fullName = productName + utString(" ") + version + buildNumber;
     displayName = fullName;

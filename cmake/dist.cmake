@@ -12,6 +12,19 @@ if(WIN32)
         VERBATIM)
 endif()
 
+# `make dist`: the signed MSI, the portable zip and SHA256SUMS beside the tree, in dist/. The signing
+# identity comes from the environment (a release) or is the build's own test authority, kept in signing/.
+if(WIN32)
+    add_custom_target(dist
+        COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/dist/package.py --tree ${QUILLON_DIST}
+                --icon ${QUILLON_ICON} --version ${PROJECT_VERSION} --out ${CMAKE_BINARY_DIR}/dist
+                --signing ${CMAKE_BINARY_DIR}/signing
+        COMMENT "Packaging Quillon ${PROJECT_VERSION}"
+        VERBATIM)
+    # everything that lays out the tree comes first
+    add_dependencies(dist quillon catalogs)
+endif()
+
 # English has a catalog of its own, every text translated to itself: an English user's language then
 # has a catalog like any other, and only a language that Quillon does not speak is reported.
 if(DEFINED QUILLON_POT)

@@ -4,8 +4,6 @@
 set(QUILLON_PRODUCT_HOST "www.tarvik.com" CACHE STRING "host of the product-attribute server (HTTPS, port 443)")
 set(QUILLON_SUPPORT_EMAIL "support@tarvik.com" CACHE STRING "address that a too-new installation is told to write to")
 set(QUILLON_DOWNLOAD_PAGE "https://www.tarvik.com/downloads/" CACHE STRING "page that an outdated installation is sent to")
-# the build number that qwzVersionInfo adds to the project version: together the key the server compares
-set(QUILLON_BUILD_NUMBER "02")
 
 file(CONFIGURE OUTPUT ${QUILLON_GEN}/productServer.h
      CONTENT "// Generated at configure time from the QUILLON_PRODUCT_HOST, QUILLON_SUPPORT_EMAIL and QUILLON_DOWNLOAD_PAGE settings.
@@ -16,9 +14,10 @@ file(CONFIGURE OUTPUT ${QUILLON_GEN}/productServer.h
 ")
 
 # The table that `make run` serves: this build's own version, so that the start-up check passes quietly.
-string(REPLACE "." "" QUILLON_VERSION_KEY "${PROJECT_VERSION}${QUILLON_BUILD_NUMBER}")
+# the version record's version and build number run together: the key the server compares
+string(REPLACE "." "" QUILLON_VERSION_KEY "${QUILLON_VERSION}${QUILLON_BUILD_NUMBER}")
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/run-products.txt
      CONTENT "# product attribute value: what the local product-attribute server answers for `make run`
 Quillon version ${QUILLON_VERSION_KEY}
-Quillon version_string ${PROJECT_VERSION}${QUILLON_BUILD_NUMBER}
+Quillon version_string ${QUILLON_VERSION}${QUILLON_BUILD_NUMBER}
 ")

@@ -10,6 +10,7 @@ pkgs=(
   wine wine64 xvfb xauth xdotool xclip x11-utils imagemagick python3-xlib
   gettext fp-utils icoutils openssl
   cups printer-driver-cups-pdf poppler-utils
+  wixl msitools osslsigncode
 )
 
 missing=()
