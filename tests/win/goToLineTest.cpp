@@ -100,22 +100,32 @@ TEST(GoToLine, CancelLeavesTheSelectionAndAnEmptyViewOffersLineOne)
     EXPECT_EQ(end, 9u);
 }
 
-TEST(GoToLine, NotAnIntegerKeepsTheDialogOpen)
+// The integer exchange refuses anything but an integer: the dialog stays open with the refused text
+// selected, and takes an integer after that.
+TEST(GoToLine, NotAnIntegerKeepsTheDialogOpenWithTheTextSelected)
 {
     QuillonTestApp app(L"quillonTests-goto");
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
     app.view()->setText(tenLines());
-    bool stillOpen = false;
+    bool stillOpen = false, focused = false;
+    DWORD start = 0, end = 0;
     qw::whileModal([&] { app.mainFrame()->routeCommand(qwzCQuillonView::goToLineCommand); },
                    [&](HWND dialog) {
-                       SetDlgItemTextW(dialog, IDC_GOTO_LINE_NUMBER, L"3x");
+                       HWND field = GetDlgItem(dialog, IDC_GOTO_LINE_NUMBER);
+                       SetWindowTextW(field, L"3x");
                        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
                        stillOpen = IsWindow(dialog) && IsWindowVisible(dialog);
-                       SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+                       SendMessageW(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+                       focused = GetFocus() == field;
+                       SetWindowTextW(field, L"3");
+                       SendMessageW(dialog, WM_COMMAND, IDOK, 0);
                    });
     EXPECT_TRUE(stillOpen);
+    EXPECT_EQ(std::vector<DWORD>({start, end}), std::vector<DWORD>({0, 2})) << "the refused text is selected";
+    EXPECT_TRUE(focused);
     ASSERT_EQ(app.boxes.size(), 1u);
     EXPECT_EQ(wt::narrow(app.boxes[0].text), "Enter an integer.");
+    EXPECT_EQ(caret(app), 16u) << "the integer typed after it was taken";
 }
 
 TEST(GoToLine, LinesAreDisplayLinesWhenTextWraps)
