@@ -16,8 +16,8 @@
 namespace wt
 {
 
-// Menu, accelerator table and dialog of tests/win/winTest.rc.
-constexpr unsigned frameResource = 30100;
+// The frames take Quillon's own menu and accelerator table; the dialogs are tests/win/winTest.rc's.
+constexpr unsigned frameResource = 128;
 constexpr unsigned intDialog = 30001;
 constexpr unsigned unmakeableDialog = 30002;
 constexpr int intField = 1001;
