@@ -90,18 +90,8 @@ TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
         {"Save As onto the file asks too", batch, shown, true, false, saveAs, {IDYES}, {L"*"}, true, false, true},
         {"not UTF-8", "a\xC3(\x80\n", "a?(\xC2\x80\r\n", false, true, save, {IDYES}, {}, true, false, true},
         {"both", "%%\xFF", "%?", true, true, save, {IDYES}, {}, true, false, true},
-        {"closing: Yes to save, then Cancel",
-         batch,
-         shown,
-         true,
-         false,
-         WM_CLOSE,
-         {IDYES, IDCANCEL},
-         {},
-         false,
-         false,
-         true},
-        {"closing: Yes to save, then Yes", batch, shown, true, false, WM_CLOSE, {IDYES, IDYES}, {}, true, false, false},
+        {"close: save, Cancel", batch, shown, true, false, WM_CLOSE, {IDYES, IDCANCEL}, {}, false, false, true},
+        {"close: save, Yes", batch, shown, true, false, WM_CLOSE, {IDYES, IDYES}, {}, true, false, false},
     };
     for (const AlteredCase& c : cases) {
         wt::clearSettings(L"quillonTests-altered");
