@@ -1,5 +1,5 @@
-// UTF-8 <-> UTF-16 by the house rules, copy out and the ANSI code page (files opened by UTF-8 name are
-// checked with the file probes).
+// UTF-8 <-> UTF-16 by the house rules (files opened by UTF-8 name are checked with the file probes; the
+// copy-out calls and the ANSI conversion are used by nothing).
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -7,8 +7,6 @@
 #include <type_traits>
 
 #include "foundation/utTextConversion.h"
-#include "platform/platform.h"
-#include "testSupport.h"
 
 namespace
 {
@@ -86,47 +84,6 @@ TEST(utUtf16ToUtf8, EncodesAndReplacesUnpairedSurrogates)
     EXPECT_EQ(utUtf16ToUtf8(static_cast<const char16_t*>(nullptr)).length(), 0);
     EXPECT_EQ(utUtf16ToUtf8(u"Gr\u00FC\u00DFe").toString(), utString("Gr\xC3\xBC\xC3\x9F"
                                                                      "e"));
-}
-
-TEST(utTextConversion, CopyOutAddsTheNulOnlyWhenThereIsRoom)
-{
-    utUtf16ToUtf8 text(u"abc");
-    struct Case {
-        int size, written;
-        std::string expected;
-    } cases[] = {
-        {10, 4, std::string("abc\0", 4)}, {4, 4, std::string("abc\0", 4)}, {3, 3, "abc"}, {1, 1, "a"}, {0, 0, ""}};
-    for (const Case& c : cases) {
-        char out[10];
-        std::fill(out, out + 10, '#');
-        EXPECT_EQ(text.copyOut(out, c.size), c.written) << c.size;
-        EXPECT_EQ(std::string(out, static_cast<size_t>(c.written)), c.expected) << c.size;
-        EXPECT_EQ(out[c.written], '#') << "nothing written past the count";
-    }
-    char16_t wide[3] = {u'#', u'#', u'#'};
-    EXPECT_EQ(utUtf8ToUtf16("xy").copyOut(wide, 3), 3);
-    EXPECT_EQ(std::u16string(wide, 3), std::u16string(u"xy\0", 3));
-    EXPECT_EQ(utWideCopy(u"wide").copyOut(wide, 2), 2);
-    EXPECT_EQ(std::u16string(wide, 2), u"wi");
-}
-
-// The ANSI code page is the system's (UTF-8 where the manifest is honoured, and off Windows).
-TEST(utTextConversion, AnsiCodePage)
-{
-    utUtf16ToAnsi ascii(u"plain ASCII 123");
-    ASSERT_TRUE(ascii.ok());
-    EXPECT_STREQ(ascii.c_str(), "plain ASCII 123");
-    EXPECT_EQ(utUtf16ToAnsi(nullptr).length(), 0);
-    utUtf16ToAnsi text(u"Gr\u00FC\u00DFe");
-    ASSERT_TRUE(text.ok());
-    std::string expected = platform::ansiCodePage() == 65001 ? "Gr\xC3\xBC\xC3\x9F"
-                                                               "e"
-                                                             : "Gr\xFC\xDF"
-                                                               "e";
-    if (platform::ansiCodePage() == 1252 || platform::ansiCodePage() == 65001)
-        EXPECT_EQ(hex(std::string(text.c_str())), hex(expected)) << "code page " << platform::ansiCodePage();
-    else
-        EXPECT_EQ(text.length(), 5) << "code page " << platform::ansiCodePage();
 }
 
 } // namespace
