@@ -16,11 +16,10 @@
 namespace wt
 {
 
-// The frames take Quillon's own menu and accelerator table; the dialogs are tests/win/winTest.rc's.
+// The frames take Quillon's own menu and accelerator table; tests/win/winTest.rc adds a dialog that cannot
+// be made.
 constexpr unsigned frameResource = 128;
-constexpr unsigned intDialog = 30001;
 constexpr unsigned unmakeableDialog = 30002;
-constexpr int intField = 1001;
 
 class TestApp : public winApp
 {
