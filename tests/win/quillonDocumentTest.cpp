@@ -181,7 +181,9 @@ TEST(QuillonDocument, FilesThatCannotBeShownAreRefusedWithAMessage)
 // a read-only file goes to Save As.
 TEST(QuillonDocument, NewSaveAndSaveAsChooseTheirTarget)
 {
+    wt::clearSettings(L"quillonTests-doc");
     QuillonTestApp app(L"quillonTests-doc");
+    app.loadStdProfileSettings(4);
     std::wstring dir = wt::scratch("qdoc-saveas");
     ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-new", L"n.txt", "something")), nullptr);
     HWND frame = app.mainFrame()->hwnd();
@@ -197,6 +199,7 @@ TEST(QuillonDocument, NewSaveAndSaveAsChooseTheirTarget)
     SendMessageW(frame, WM_COMMAND, save, 0);
     EXPECT_EQ(wt::readWide(first), "typed \xC3\xA9\r\nline");
     EXPECT_EQ(app.doc()->title(), first);
+    EXPECT_EQ(app.recentFiles()->at(0), first) << "a file saved under a new name goes first in the recent files";
     EXPECT_FALSE(app.doc()->isModified());
 
     app.view()->setText(L"second");
