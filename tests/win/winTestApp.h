@@ -3,6 +3,7 @@
 // helpers that do not use the code under test.
 #pragma once
 
+#include "resourceIds.h"
 #include "win/winApp.h"
 #include "win/winDocTemplate.h"
 #include "win/winDocument.h"
@@ -18,7 +19,7 @@ namespace wt
 
 // The frames take Quillon's own menu and accelerator table; tests/win/winTest.rc adds a dialog that cannot
 // be made.
-constexpr unsigned frameResource = 128;
+constexpr unsigned frameResource = IDR_MAINFRAME;
 constexpr unsigned unmakeableDialog = 30002;
 
 class TestApp : public winApp
