@@ -1,5 +1,6 @@
 // The catalog library's small records: shared strings, language names, error arguments and number
-// punctuation without grouping. The error texts are checked where they come out, in the domain tests.
+// punctuation without grouping. The error texts are checked where they come out: the domain tests and the
+// end-to-end runs.
 #include <gtest/gtest.h>
 
 #include <iomanip>
