@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/qwzAppCatalog.h"
 #include "nls/nlsDomainManager.h"
 #include "platform/platform.h"
 #include "testSupport.h"
@@ -27,6 +28,8 @@ class nlsDomainManagerTest : public testing::Test
 protected:
     void SetUp() override
     {
+        // the program's own domain, made by any earlier test in this process that translated a text
+        qwzTheAppCatalog().stop();
         for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG", "NLSPATH", "QUILLON_USER_LOCALE"})
             qt::setEnv(name, nullptr);
         saved_ = nlsDataBase::reportHook();
