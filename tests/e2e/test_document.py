@@ -129,5 +129,6 @@ class Document(h.QuillonTestCase):
         h.key(about, "Return")
         h.eventually(lambda: "About Quillon" not in h.visible_titles(), what="the About box to close")
 
+
 if __name__ == "__main__":
     unittest.main()
