@@ -1,7 +1,7 @@
 """The real quillon.exe from the installation tree with a document: opened from the command line, typed
 into, saved with Ctrl+S and read back, leaving no temporary or backup file; the question before a batch
 file's doubled per cent signs are saved as one; Go To Line with Ctrl+G; a missing file; screenshots of
-the main window and of the About box, checked for the fixed-pitch font, the wrap and the bold lines."""
+the main window, checked for the wrap, and of the About box from the Help menu."""
 import os
 import re
 import unittest
@@ -96,18 +96,14 @@ class Document(h.QuillonTestCase):
         h.wait_window("^Untitled" + re.escape(TITLE_TAIL))
         self.assertFalse(os.path.exists(path), "nothing was written")
 
-    def test_main_window_shows_a_fixed_pitch_font_and_wraps(self):
+    def test_main_window_wraps_a_long_line_inside_the_view(self):
+        # the font (Courier New, 10 points) is read in-process, exactly
         text = "iiiiiiiiiiiiiiiiiiii\nWWWWWWWWWWWWWWWWWWWW\n" + "wrap " * 120 + "\nend\n"
         _, wid = self.open_file("look.txt", text.encode("ascii"))
         h.key(wid, "ctrl+Home")
         image = h.eventually(lambda: self.text_area(h.screenshot("main-window", wid)), what="text in the view")
         bands = image.text_lines(limit=200, gap=2)
         self.assertGreaterEqual(len(bands), 5, "4 file lines, the long one wrapped: %r" % bands)
-        # both rows start at the view's margin; in a proportional font 20 i end far left of 20 W
-        end_i = image.ink_span(*bands[0], limit=200)[1]
-        end_w = image.ink_span(*bands[1], limit=200)[1]
-        self.assertGreater(end_i / float(end_w), 0.93,
-                           "20 i and 20 W are as wide in a fixed-pitch font: they end at x=%d and x=%d" % (end_i, end_w))
         wrapped = [image.ink_span(*band) for band in bands[2:-1]]
         self.assertGreaterEqual(len(wrapped), 2, "the long line takes several rows")
         self.assertLess(max(span[1] for span in wrapped), image.width, "wrapped rows stay inside the view")
@@ -123,27 +119,15 @@ class Document(h.QuillonTestCase):
         area = image.crop(4, edge + 3, image.width - 30, image.height - 4)
         return area if area.text_lines() else None
 
-    def test_about_box_has_its_first_two_lines_bold(self):
+    def test_the_help_menu_opens_the_about_box(self):
+        # its texts and bold lines are checked in-process, where the fonts can be read exactly
         _, wid = self.open_file("about.txt", b"about\n")
         h.key(wid, "alt+h")
         h.key(wid, "a")
         about = h.wait_window("^About Quillon$", timeout=30)
-        image = h.screenshot("about-box", about)
-        # the texts start right of the icon and end above the OK button
-        texts = image.crop(image.width // 8, 0, image.width - 4, image.height * 3 // 4)
-        bands = texts.text_lines()
-        self.assertGreaterEqual(len(bands), 6, "copyright, build date and language lines: %r" % bands)
-
-        def density(band):
-            left, right = texts.ink_span(*band)
-            return texts.ink(*band) / float((right - left + 1) * (band[1] - band[0]))
-
-        bold = [density(b) for b in bands[:4]]
-        normal = [density(b) for b in bands[4:7]]
-        self.assertGreater(min(bold), max(normal) * 1.15,
-                           "name, copyright, rights and build date bold, language lines not: %r vs %r"
-                           % (bold, normal))
+        h.screenshot("about-box", about)
         h.key(about, "Return")
+        h.eventually(lambda: "About Quillon" not in h.visible_titles(), what="the About box to close")
 
 
 if __name__ == "__main__":

@@ -1,8 +1,11 @@
 """quillon.exe as shipped: a 64-bit GUI-subsystem program, statically linked, carrying its manifest,
-version resource and icon."""
+version resource and icon (the one place the icon is checked: tools/make_icon.py draws it, the build
+links it)."""
 import os
 import re
+import struct
 import subprocess
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -76,16 +79,27 @@ class Resources(unittest.TestCase):
         self.assertGreaterEqual(sig, 0)
         self.assertEqual(data[sig + 8:sig + 16], bytes([3, 0, 4, 0, 2, 0, 40, 0]))
 
-    def test_application_icon_is_icon_128_in_every_size(self):
-        group = resource(14, 128)
-        self.assertGreaterEqual(len(group), 6, "no icon group 128")
-        count = int.from_bytes(group[4:6], "little")
-        sizes = {group[6 + 14 * i] or 256 for i in range(count)}
-        self.assertTrue({16, 32, 48, 256} <= sizes, sizes)
-        for i in range(count):
-            depth = int.from_bytes(group[6 + 14 * i + 6:6 + 14 * i + 8], "little")
-            self.assertEqual(depth, 32)
-
+    def test_application_icon_is_drawn_at_every_size_windows_asks_for(self):
+        """Icon group 128 as the shell gets it: each size in 32 bits, its alpha read back by ImageMagick."""
+        with tempfile.TemporaryDirectory() as tmp:
+            ico = Path(tmp) / "quillon.ico"
+            ico.write_bytes(subprocess.run(["wrestool", "-x", "--type=14", "--name=128", str(EXE)],
+                                           capture_output=True, check=True).stdout)
+            data = ico.read_bytes()
+            entries = [struct.unpack_from("<BBBBHHII", data, 6 + 16 * i)
+                       for i in range(int.from_bytes(data[4:6], "little"))]
+            self.assertEqual(sorted(e[0] or 256 for e in entries), [16, 32, 48, 256])
+            for index, (width, height, _, _, _, bits, _, _) in enumerate(entries):
+                size = width or 256
+                with self.subTest(size=size):
+                    self.assertEqual((height or 256, bits), (size, 32))
+                    alpha = subprocess.run(["convert", "%s[%d]" % (ico, index), "-alpha", "extract", "-depth", "8",
+                                            "gray:-"], capture_output=True, check=True).stdout
+                    self.assertEqual(len(alpha), size * size)
+                    self.assertEqual(alpha[0], 0, "the corner must be transparent")
+                    opaque = alpha.count(255) / len(alpha)
+                    self.assertTrue(0.25 < opaque < 0.85, "%.2f of the pixels are opaque" % opaque)
+                    self.assertTrue(any(0 < a < 255 for a in alpha), "edges must be anti-aliased")
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -1,44 +1,32 @@
 """The real quillon.exe from the installation tree as a command-line program: its usage text on standard
 output or in a log file, its exit status, and the message box when it has no installation tree."""
 import gettext
-import os
 import shutil
 import subprocess
-import time
 import unittest
 from pathlib import Path
 
-BUILD = Path(os.environ["QUILLON_BUILD_DIR"])
-SOURCE = Path(os.environ["QUILLON_SOURCE_DIR"])
-DIST = BUILD / "dist" / "Quillon"
-EXE = DIST / "sys" / "exec" / "quillon.exe"
-WINE_RUN = SOURCE / "cmake" / "wine-run.sh"
-SCRATCH = BUILD / "e2e-scratch" / "usage"
+import harness as h
 
-USAGE = ("Usage:\n\n"
-         "  quillon\n"
-         "  Run Quillon\n\n"
-         "  quillon <file>\n"
-         "  Run Quillon and display the requested file\n\n"
-         "  quillon -help\n"
-         "  Display this help\n")
+DIST = Path(h.DIST_DIR)
+SCRATCH = Path(h.scratch_dir("usage"))
+
+# the seven string-table messages of the usage text, as the catalogs know them
+USAGE_MESSAGES = ["Usage:\n\n", "  quillon\n", "  Run Quillon\n\n", "  quillon <file>\n",
+                  "  Run Quillon and display the requested file\n\n", "  quillon -help\n", "  Display this help\n"]
+USAGE = "".join(USAGE_MESSAGES)
+LANGUAGES = ["German", "French", "Spanish", "Italian", "Japanese"]
 
 
-def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
-def run(args, env=None, exe=EXE, timeout=60):
-    full_env = dict(os.environ)
+def run(args, env=None, exe=h.EXE):
     # the language comes from these or, when all are empty, from the Windows user locale (English here)
-    full_env.update({"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
+    full_env = h.wine_env({"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
     full_env.update(env or {})
-    return subprocess.run([str(WINE_RUN), str(exe), *args], capture_output=True, timeout=timeout, env=full_env)
+    return subprocess.run([h.WINE_RUN, str(exe), *args], capture_output=True, timeout=60, env=full_env)
 
 
-def setUpModule():
-    shutil.rmtree(SCRATCH, ignore_errors=True)
-    SCRATCH.mkdir(parents=True)
+def tearDownModule():
+    h.end_wine()
 
 
 class UsageText(unittest.TestCase):
@@ -48,38 +36,26 @@ class UsageText(unittest.TestCase):
         # a Windows program writes text-mode line ends to a console or a redirected handle
         self.assertEqual(done.stdout.decode("utf-8"), USAGE.replace("\n", "\r\n"))
 
-    def test_help_in_every_spelling(self):
-        for args in (["-help"], ["/help"], ["help"]):
-            with self.subTest(args=args):
-                self.assertUsageOnStdout(args)
-
-    def test_unknown_switch_prints_usage(self):
-        for args in (["-bogus"], ["/x", "help"], ["-Help"]):
+    def test_help_and_an_unknown_switch_print_the_usage(self):
+        # the spellings of the switches are the command line's unit test
+        for args in (["-help"], ["-bogus"]):
             with self.subTest(args=args):
                 self.assertUsageOnStdout(args)
 
     def test_logfile_gets_the_text_truncated_and_without_carriage_returns(self):
         log = SCRATCH / "out log.txt"
         log.write_bytes(b"x" * 5000)
-        done = run([f'-logfile:{windows_path(log)}', "-help"])
+        done = run([f'-logfile:{h.wine_path(log)}', "-help"])
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(done.stdout, b"")
         self.assertEqual(log.read_bytes(), USAGE.encode("utf-8"))
 
-    def test_logfile_without_colon_falls_back_to_stdout(self):
-        self.assertUsageOnStdout(["-logfile", "-help"])
-
     def test_unopenable_logfile_loses_the_text_but_ends_normally(self):
         missing = SCRATCH / "no such folder" / "out.txt"
-        done = run([f"-logfile:{windows_path(missing)}", "-help"])
+        done = run([f"-logfile:{h.wine_path(missing)}", "-help"])
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(done.stdout, b"")
         self.assertFalse(missing.exists())
-
-
-USAGE_MESSAGES = ["Usage:\n\n", "  quillon\n", "  Run Quillon\n\n", "  quillon <file>\n",
-                  "  Run Quillon and display the requested file\n\n", "  quillon -help\n", "  Display this help\n"]
-LANGUAGES = ["German", "French", "Spanish", "Italian", "Japanese"]
 
 
 def catalog(language):
@@ -99,15 +75,6 @@ class TranslatedUsage(unittest.TestCase):
                 self.assertEqual(done.returncode, 0, done.stderr)
                 self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
 
-    def test_lc_messages_and_lang_choose_when_lc_all_is_silent(self):
-        german = "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES)
-        for env in ({"LC_ALL": "", "LC_MESSAGES": "German", "LANG": "French"}, {"LANG": "German"}):
-            with self.subTest(env=env):
-                clean = {k: "" for k in ("LC_ALL", "LC_MESSAGES", "LANG")}
-                clean.update(env)
-                done = run(["-help"], env=clean)
-                self.assertEqual(done.stdout.decode("utf-8"), german.replace("\n", "\r\n"))
-
     def test_a_language_without_catalog_stays_english_and_says_so(self):
         done = run(["-help"], env={"LC_ALL": "Klingon"})
         self.assertEqual(done.returncode, 0, done.stderr)
@@ -123,7 +90,7 @@ class TranslatedUsage(unittest.TestCase):
 
     def test_log_file_in_german_is_utf8(self):
         log = SCRATCH / "german.txt"
-        done = run([f"-logfile:{windows_path(log)}", "-help"], env={"LC_ALL": "German"})
+        done = run([f"-logfile:{h.wine_path(log)}", "-help"], env={"LC_ALL": "German"})
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(log.read_bytes().decode("utf-8"),
                          "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES))
@@ -134,8 +101,7 @@ class CorruptCatalog(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.tree = SCRATCH.parent / "corrupt-tree" / "Quillon"
-        shutil.rmtree(cls.tree.parent, ignore_errors=True)
+        cls.tree = Path(h.scratch_dir("corrupt-tree")) / "Quillon"
         shutil.copytree(DIST, cls.tree)
         mo = cls.tree / "lib" / "locale" / "German" / "LC_MESSAGES" / "quillon.mo"
         data = bytearray(mo.read_bytes())
@@ -152,14 +118,6 @@ class CorruptCatalog(unittest.TestCase):
         self.assertEqual(done.stdout.decode("utf-8"), "NLS Error: Catalog is corrupt\r\n")
         self.assertIn(self.REPORT.replace("\n", "\r\n"), done.stderr.decode("utf-8"))
 
-    def test_assertion_report_appended_to_a_file(self):
-        report = SCRATCH / "assert.log"
-        report.write_bytes(b"earlier\n")
-        done = run(["-help"], env={"LC_ALL": "German", "ORBA_ASSERT": windows_path(report)}, exe=self.exe)
-        self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stdout.decode("utf-8"), "NLS Error: Catalog is corrupt\r\n")
-        self.assertEqual(report.read_bytes().decode("utf-8"), "earlier\n" + self.REPORT)
-
     def test_other_languages_of_the_same_tree_are_unaffected(self):
         done = run(["-help"], env={"LC_ALL": "French"}, exe=self.exe)
         self.assertEqual(done.returncode, 0, done.stderr)
@@ -167,36 +125,22 @@ class CorruptCatalog(unittest.TestCase):
         self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
 
 
-class MissingInstallationTree(unittest.TestCase):
+class MissingInstallationTree(h.QuillonTestCase):
     """Started from the root of a drive there is no tree two levels up: a message box says so."""
 
     def test_message_box_then_exit(self):
-        drive = SCRATCH.parent / "ydrive"
-        shutil.rmtree(drive, ignore_errors=True)
-        drive.mkdir(parents=True)
-        shutil.copy(EXE, drive / "quillon.exe")
-        link = Path(os.environ["WINEPREFIX"]) / "dosdevices" / "y:"
+        drive = h.scratch_dir("ydrive")
+        shutil.copy(h.EXE, drive)
+        link = Path(h.WINEPREFIX) / "dosdevices" / "y:"
         if link.is_symlink():
             link.unlink()
         link.symlink_to(drive)
-        env = dict(os.environ, LC_ALL="", LC_MESSAGES="", LANG="")
-        proc = subprocess.Popen([str(WINE_RUN), "Y:\\quillon.exe"], env=env,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        try:
-            found = subprocess.run(["xdotool", "search", "--sync", "--name", "^Quillon$"],
-                                   capture_output=True, text=True, timeout=60)
-            windows = found.stdout.split()
-            self.assertTrue(windows, f"no message box titled Quillon appeared: {found.stderr}")
-            shot = BUILD / "e2e-artifacts"
-            shot.mkdir(exist_ok=True)
-            subprocess.run(["import", "-window", "root", str(shot / "no-install-dir.png")], timeout=30)
-            subprocess.run(["xdotool", "key", "--window", windows[0], "Return"], timeout=30)
-            self.assertEqual(proc.wait(timeout=60), 1)
-        finally:
-            if proc.poll() is None:
-                proc.kill()
-            link.unlink()
-
+        self.addCleanup(link.unlink)
+        program = self.start(exe="Y:\\quillon.exe", env={"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
+        box = h.wait_window("^Quillon$", timeout=60)
+        h.screenshot("no-install-dir", box)
+        h.key(box, "Return")
+        self.assertEqual(program.wait(timeout=60), 1)
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -2,7 +2,6 @@
 # run as their own entry inside the server's --wrap, which hands them its address, table and log; the
 # plain win_tests entry leaves them out.
 if(TARGET win_tests)
-    target_link_libraries(win_tests PRIVATE ws2_32)
     set_property(TEST win_tests APPEND PROPERTY ENVIRONMENT "GTEST_FILTER=-VersionServer.*")
     set(version_dir ${CMAKE_BINARY_DIR}/version-server)
     file(MAKE_DIRECTORY ${version_dir})

@@ -145,28 +145,20 @@ TEST(AssertDeathTest, ASecondReportEndsAtOnceOrReturnsInPopupMode)
     }
 }
 
-TEST(AssertTest, AnInstalledHookTakesTheFailureAndTheProcessGoesOn)
+TEST(AssertTest, AnInstalledHookTakesTheFailureTheFullOneFirstAndTheProcessGoesOn)
 {
     static std::string seen;
     utAssertHooks saved = utAssertionHooks();
     utAssertionHooks().plain = [](const char* file, int line, const char* message) {
-        seen = std::string(file) + ":" + std::to_string(line) + ":" + message;
+        seen += std::string("plain ") + file + ":" + std::to_string(line) + ":" + message + ";";
     };
     utAssertionFailed("a.cpp", 3, "m");
+    utAssertionHooks().full = [](utAssertHooks*, const char* file, int, const char*) {
+        seen += std::string("full ") + file + ";";
+    };
+    utAssertionFailed("b.cpp", 4, "n");
     utAssertionHooks() = saved;
-    EXPECT_EQ(seen, "a.cpp:3:m");
-}
-
-TEST(AssertTest, TheFullHookWinsOverThePlainOne)
-{
-    static int full = 0, plain = 0;
-    utAssertHooks saved = utAssertionHooks();
-    utAssertionHooks().full = [](utAssertHooks*, const char*, int, const char*) { ++full; };
-    utAssertionHooks().plain = [](const char*, int, const char*) { ++plain; };
-    utAssertionFailed("a.cpp", 3, "m");
-    utAssertionHooks() = saved;
-    EXPECT_EQ(full, 1);
-    EXPECT_EQ(plain, 0);
+    EXPECT_EQ(seen, "plain a.cpp:3:m;full b.cpp;");
 }
 
 } // namespace

@@ -31,31 +31,14 @@ struct Image {
         for (int i = 0; i < 4; ++i)
             bytes[at + i] = char(big ? v >> (8 * (3 - i)) : v >> (8 * i));
     }
-    uint32_t n() const
-    {
-        return get(8);
-    }
-    uint32_t sources() const
-    {
-        return get(12);
-    }
-    uint32_t translations() const
-    {
-        return get(16);
-    }
-    uint32_t hashSize() const
-    {
-        return get(20);
-    }
-    uint32_t hashTable() const
-    {
-        return get(24);
-    }
     uint32_t size() const
     {
         return uint32_t(bytes.size());
     }
 };
+
+// Offsets of the header's words: message count, the two tables, and the hash table's size and offset.
+enum : size_t { count = 8, sources = 12, translations = 16, hashSize = 20, hashTable = 24 };
 
 Image load(const char* variant)
 {
@@ -72,34 +55,35 @@ const Corruption corruptions[] = {
     {"empty file", [](Image& m) { m.bytes.clear(); }},
     {"truncated header", [](Image& m) { m.bytes.resize(20); }},
     {"header only", [](Image& m) { m.bytes.resize(28); }},
-    {"truncated in the tables", [](Image& m) { m.bytes.resize(m.translations() + 12); }},
+    {"truncated in the tables", [](Image& m) { m.bytes.resize(m.get(translations) + 12); }},
     {"truncated in the strings", [](Image& m) { m.bytes.resize(m.size() - 9); }},
-    {"huge count", [](Image& m) { m.set(8, 0xFFFFFFFF); }},
-    {"count one past the table", [](Image& m) { m.set(8, (m.size() - m.sources()) / 8 + 1); }},
-    {"source table past the end", [](Image& m) { m.set(12, m.size() - 8); }},
-    {"source table offset wraps", [](Image& m) { m.set(12, 0xFFFFFFF8); }},
-    {"translation table past the end", [](Image& m) { m.set(16, m.size()); }},
-    {"string offset past the end", [](Image& m) { m.set(m.sources() + 8 * 3 + 4, m.size()); }},
-    {"string offset wraps", [](Image& m) { m.set(m.translations() + 8 * 2 + 4, 0xFFFFFFFF); }},
-    {"string length past the end", [](Image& m) { m.set(m.sources() + 8 * 3, m.size()); }},
-    {"string length wraps", [](Image& m) { m.set(m.translations() + 8 * 5, 0xFFFFFFFF); }},
+    {"huge count", [](Image& m) { m.set(count, 0xFFFFFFFF); }},
+    {"count one past the table", [](Image& m) { m.set(count, (m.size() - m.get(sources)) / 8 + 1); }},
+    {"source table past the end", [](Image& m) { m.set(sources, m.size() - 8); }},
+    {"source table offset wraps", [](Image& m) { m.set(sources, 0xFFFFFFF8); }},
+    {"translation table past the end", [](Image& m) { m.set(translations, m.size()); }},
+    {"string offset past the end", [](Image& m) { m.set(m.get(sources) + 8 * 3 + 4, m.size()); }},
+    {"string offset wraps", [](Image& m) { m.set(m.get(translations) + 8 * 2 + 4, 0xFFFFFFFF); }},
+    {"string length past the end", [](Image& m) { m.set(m.get(sources) + 8 * 3, m.size()); }},
+    {"string length wraps", [](Image& m) { m.set(m.get(translations) + 8 * 5, 0xFFFFFFFF); }},
     {"last string without its NUL",
      [](Image& m) {
-         uint32_t at = m.get(m.translations() + 8 * (m.n() - 1) + 4), len = m.get(m.translations() + 8 * (m.n() - 1));
+         uint32_t at = m.get(m.get(translations) + 8 * (m.get(count) - 1) + 4),
+                  len = m.get(m.get(translations) + 8 * (m.get(count) - 1));
          m.bytes[at + len] = 'x';
      }},
     {"source string without its NUL",
-     [](Image& m) { m.bytes[m.get(m.sources() + 8 * 4 + 4) + m.get(m.sources() + 8 * 4)] = '!'; }},
-    {"hash table past the end", [](Image& m) { m.set(24, m.size() - 4); }},
-    {"hash size past the end", [](Image& m) { m.set(20, (m.size() - m.hashTable()) / 4 + 1); }},
-    {"huge hash size", [](Image& m) { m.set(20, 0xFFFFFFFF); }},
-    {"hash slot beyond the count", [](Image& m) { m.set(m.hashTable() + 4 * 5, m.n() + 1); }},
-    {"hash slot 0xFFFFFFFF", [](Image& m) { m.set(m.hashTable(), 0xFFFFFFFF); }},
+     [](Image& m) { m.bytes[m.get(m.get(sources) + 8 * 4 + 4) + m.get(m.get(sources) + 8 * 4)] = '!'; }},
+    {"hash table past the end", [](Image& m) { m.set(hashTable, m.size() - 4); }},
+    {"hash size past the end", [](Image& m) { m.set(hashSize, (m.size() - m.get(hashTable)) / 4 + 1); }},
+    {"huge hash size", [](Image& m) { m.set(hashSize, 0xFFFFFFFF); }},
+    {"hash slot beyond the count", [](Image& m) { m.set(m.get(hashTable) + 4 * 5, m.get(count) + 1); }},
+    {"hash slot 0xFFFFFFFF", [](Image& m) { m.set(m.get(hashTable), 0xFFFFFFFF); }},
     {"full hash table without an empty slot",
      [](Image& m) {
-         for (uint32_t i = 0; i < m.hashSize(); ++i)
-             if (m.get(m.hashTable() + 4 * i) == 0)
-                 m.set(m.hashTable() + 4 * i, 1 + i % m.n());
+         for (uint32_t i = 0; i < m.get(hashSize); ++i)
+             if (m.get(m.get(hashTable) + 4 * i) == 0)
+                 m.set(m.get(hashTable) + 4 * i, 1 + i % m.get(count));
      }},
 };
 
@@ -109,7 +93,7 @@ TEST(nlsCatalogCorpus, EveryCraftedCatalogIsRefusedAsCorrupt)
     for (const char* variant : {"little", "big"}) {
         for (const Corruption& c : corruptions) {
             Image m = load(variant);
-            ASSERT_GE(m.hashSize(), 3u) << "the corpus starts from a hashed catalog";
+            ASSERT_GE(m.get(hashSize), 3u) << "the corpus starts from a hashed catalog";
             c.apply(m);
             std::string file = dir + "/" + variant + "-" + std::to_string(&c - corruptions) + ".mo";
             qt::writeFile(file, m.bytes);
@@ -129,9 +113,9 @@ TEST(nlsCatalogCorpus, AProbeCycleThatMissesTheEmptySlotsEndsAsAMiss)
 {
     for (const char* variant : {"little", "big"}) {
         Image m = load(variant);
-        m.set(20, 4);
+        m.set(hashSize, 4);
         for (uint32_t i = 0; i < 4; ++i)
-            m.set(m.hashTable() + 4 * i, i % 2 ? 1 : 0);
+            m.set(m.get(hashTable) + 4 * i, i % 2 ? 1 : 0);
         nlsDataBase db(m.bytes.data(), m.bytes.size());
         ASSERT_EQ(db.code(), 0u) << variant;
         const char* key = "a"; // hash 97: slot 1, step 2
@@ -150,9 +134,9 @@ TEST(nlsCatalogCorpus, SmallHashSizesOrNoHashOffsetUseTheBinarySearch)
     for (const char* variant : {"little", "big"}) {
         for (const auto& c : cases) {
             Image m = load(variant);
-            m.set(20, c.size);
+            m.set(hashSize, c.size);
             if (c.offset != 1)
-                m.set(24, c.offset);
+                m.set(hashTable, c.offset);
             nlsDataBase db(m.bytes.data(), m.bytes.size());
             ASSERT_EQ(db.code(), 0u) << variant << " S=" << c.size;
             EXPECT_FALSE(db.hashed());

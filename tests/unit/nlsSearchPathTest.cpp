@@ -36,19 +36,6 @@ TEST(nlsSearchPath, ListsSkipEmptyPiecesAndDuplicates)
     EXPECT_EQ(path.count(), 3);
 }
 
-TEST(nlsSearchPath, ModesPlaceEntries)
-{
-    nlsSearchPath path;
-    path.addEntry("m", nlsSearchPath::Append);
-    EXPECT_EQ(path.addEntry("first", nlsSearchPath::Prepend), nlsSearchPath::Added);
-    EXPECT_EQ(path.addEntry("second", nlsSearchPath::Insert, 1), nlsSearchPath::Added);
-    EXPECT_EQ(path.addEntry("end", nlsSearchPath::Insert, 99), nlsSearchPath::Added);
-    EXPECT_EQ(path.addEntry("never", nlsSearchPath::Insert, -1), nlsSearchPath::BadIndex);
-    EXPECT_EQ(path.addList("x;y", nlsSearchPath::Prepend), 0);
-    EXPECT_EQ(entries(path), (List{"y", "x", "first", "second", "m", "end"}));
-    EXPECT_EQ(path.cursorIndex(), -1);
-}
-
 TEST(nlsSearchPath, ATildeBecomesHome)
 {
     const char* saved = std::getenv("HOME");

@@ -1,45 +1,13 @@
-// Output channels: formatting of any length, messages from the string table, and the sinks.
+// Output channels format texts of any length into their one buffer, a formatted NUL included. (Messages
+// from the string table and the stream channels' output are the usage text's, checked end to end.)
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 
-#include "app/qwzAppCatalog.h"
-#include "app/qwzStartup.h"
-#include "document/qwzStreamOutput.h"
 #include "document/qwzStringOutput.h"
-#include "nls/nlsDomainManager.h"
-#include "resourceIds.h"
-#include "testSupport.h"
 
 namespace
 {
-
-// Catalog state is process-wide and other tests leave languages behind: these expect the English texts.
-class EnglishTexts : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        nlsDomainManager::setLanguageForAllDomains(nlsDomainManager::noTranslation());
-    }
-    void TearDown() override
-    {
-        qwzTheAppCatalog().stop();
-        nlsDomainManager::setLanguageForAllDomains("");
-        nlsDomainManager::clearSystemLanguage();
-        nlsDomainManager::setLastCategory(0);
-    }
-};
-
-TEST(OutputTest, StringChannelCollectsInOrder)
-{
-    qwzStringOutput out;
-    out.write(utString("x"));
-    out.write(utString("y"));
-    out.write(utString()); // a null text adds nothing
-    EXPECT_STREQ(out.text().c_str(), "xy");
-}
 
 TEST(OutputTest, FormattedTextLongerThanTheFirstBufferArrivesWhole)
 {
@@ -53,61 +21,6 @@ TEST(OutputTest, FormattedTextLongerThanTheFirstBufferArrivesWhole)
     qwzStringOutput nul;
     nul.printf(0, "a%cb", 0);
     EXPECT_EQ(nul.text().str(), std::string("a\0b", 3));
-}
-
-TEST_F(EnglishTexts, MessagesComeFromTheStringTable)
-{
-    qwzStringOutput out;
-    out.printMessage(0, IDS_FILE_NOT_FOUND, "C:\\x.txt");
-    EXPECT_STREQ(out.text().c_str(), "Error: The file C:\\x.txt does not exist or could not be opened");
-}
-
-TEST_F(EnglishTexts, AnUnknownMessageIdWritesNothing)
-{
-    qwzStringOutput out;
-    out.printMessage(0, 65000);
-    EXPECT_STREQ(out.text().c_str(), "");
-}
-
-TEST(OutputTest, StreamChannelHonoursWidthOnceAndKeepsFailuresInTheStream)
-{
-    std::ostringstream s;
-    qwzStreamOutput out(&s);
-    s.width(5);
-    s.fill('.');
-    out.write(utString("ab"));
-    out.write(utString("c"));
-    EXPECT_EQ(s.str(), "...abc");
-
-    s.setstate(std::ios_base::badbit);
-    out.write(utString("lost"));
-    EXPECT_EQ(s.str(), "...abc");
-}
-
-const char usageText[] = "Usage:\n\n"
-                         "  quillon\n"
-                         "  Run Quillon\n\n"
-                         "  quillon <file>\n"
-                         "  Run Quillon and display the requested file\n\n"
-                         "  quillon -help\n"
-                         "  Display this help\n";
-
-TEST_F(EnglishTexts, UsageTextIsTheSevenMessagesInOrder)
-{
-    qwzStringOutput out;
-    printUsage(out);
-    EXPECT_STREQ(out.text().c_str(), usageText);
-}
-
-TEST_F(EnglishTexts, UsageLogFileIsTruncatedAndGetsNoCarriageReturns)
-{
-    std::string dir = qt::scratchDir("usage-log");
-    std::string log = dir + "/out.txt";
-    qt::writeFile(log, std::string(10000, 'z'));
-    qwzCommandLine line;
-    line.parse({"-logfile:\"" + log + "\"", "-help"});
-    writeUsage(line);
-    EXPECT_EQ(qt::readFile(log), usageText);
 }
 
 } // namespace

@@ -1,37 +1,20 @@
 // The version record as start-up builds it and as the product file changes it.
 #include <gtest/gtest.h>
 
-#include <ctime>
-
 #include "app/qwzVersionInfo.h"
 #include "testSupport.h"
 
 namespace
 {
 
-TEST(VersionInfoTest, InitialRecord)
+TEST(VersionInfoTest, TheNameJoinsVersionAndBuildAndTheBuildDateIsInGmt)
 {
     qwzVersionInfo v;
-    EXPECT_STREQ(v.version.c_str(), "4.3.40");
-    EXPECT_EQ(v.versionDigits, 4340);
-    EXPECT_STREQ(v.buildNumber.c_str(), "02");
-    EXPECT_STREQ(v.productName.c_str(), "Quillon");
     EXPECT_STREQ(v.fullName.c_str(), "Quillon 4.3.4002");
     EXPECT_STREQ(v.displayName.c_str(), "Quillon 4.3.4002");
     // "Thu Sep 22 13:00:14 GMT 2011"
     EXPECT_EQ(v.buildDate.length(), 28) << v.buildDate.c_str();
     EXPECT_NE(v.buildDate.find(utString(" GMT ")), -1) << v.buildDate.c_str();
-}
-
-TEST(VersionInfoTest, CopyrightRunsFrom2000ToThisYear)
-{
-    qwzVersionInfo v;
-    std::time_t now = std::time(nullptr);
-    int year = std::localtime(&now)->tm_year + 1900;
-    std::string text = v.copyrightText().str();
-    EXPECT_EQ(text.substr(0, text.find('\n')), "Quillon 4.3.4002");
-    EXPECT_NE(text.find("2000-" + std::to_string(year)), std::string::npos) << text;
-    EXPECT_EQ(text.substr(text.rfind('\n') + 1), "All rights reserved");
 }
 
 // Product files are found by a backslash path, as the installation tree spells it.

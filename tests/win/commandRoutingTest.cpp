@@ -146,18 +146,4 @@ TEST(CommandRoutingTest, MenuItemsTakeTheStatesOfTheirTargets)
     EXPECT_FALSE(greyed(57634)) << "Copy with a selection";
 }
 
-TEST(CommandRoutingTest, ControlNotificationsAreNotCommands)
-{
-    claims = {};
-    RouteApp app;
-    winDocument* doc = app.openDocumentFile(L"");
-    ASSERT_NE(doc, nullptr);
-    HWND view = app.mainFrame()->activeView()->hwnd();
-    EXPECT_FALSE(doc->isModified());
-    trail.clear();
-    SendMessageW(view, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"typed"));
-    EXPECT_TRUE(doc->isModified()) << "EN_CHANGE marks the document modified";
-    EXPECT_TRUE(trail.empty()) << "EN_CHANGE was routed as a command";
-}
-
 } // namespace

@@ -31,7 +31,6 @@ size_t caret(QuillonTestApp& app)
 struct Seen {
     std::wstring label;
     std::wstring field;
-    std::wstring caption;
 };
 
 // Runs Go To with the caret at `from`, types `typed` and presses OK (or Cancel when `ok` is false).
@@ -43,47 +42,38 @@ Seen goTo(QuillonTestApp& app, size_t from, const std::wstring& typed, bool ok =
                    [&](HWND dialog) {
                        seen.label = qw::textOf(GetDlgItem(dialog, IDC_GOTO_LINE_LABEL));
                        seen.field = qw::textOf(GetDlgItem(dialog, IDC_GOTO_LINE_NUMBER));
-                       seen.caption = qw::textOf(dialog);
                        SetDlgItemTextW(dialog, IDC_GOTO_LINE_NUMBER, typed.c_str());
                        SendMessageW(dialog, WM_COMMAND, ok ? IDOK : IDCANCEL, 0);
                    });
     return seen;
 }
 
-TEST(GoToLine, OpensWithTheCaretsLineAndTheRange)
-{
-    QuillonTestApp app(L"quillonTests-goto");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    app.view()->setText(tenLines());
-    Seen seen = goTo(app, 18, L"3"); // inside "line 3"
-    EXPECT_EQ(seen.label, L"Line Number (1-10):");
-    EXPECT_EQ(seen.field, L"3");
-    EXPECT_EQ(seen.caption, L"Go To Line");
-    EXPECT_EQ(caret(app), 16u) << "the start of line 3";
-}
-
 struct Move {
     const wchar_t* typed;
     size_t from;
+    const wchar_t* offered; // the caret's line, which the dialog opens with
     size_t to;
     const char* why;
 };
 
-TEST(GoToLine, MovesTheCaretToTheStartOfTheLineUnchecked)
+TEST(GoToLine, OffersTheCaretsLineAndMovesTheCaretToTheStartOfTheLineUnchecked)
 {
     const Move cases[] = {
-        {L"1", 30, 0, "line 1 is the very start"},
-        {L"10", 0, 72, "the last line"},
-        {L"4", 0, 24, "a line in the middle"},
-        {L"0", 30, 24, "0 asks the control for line -1: the caret's own line"},
-        {L"99", 30, 30, "past the end: the control answers -1 and the caret stays"},
-        {L" 2 ", 0, 8, "blanks around the number are accepted"},
+        {L"1", 30, L"4", 0, "line 1 is the very start"},
+        {L"10", 0, L"1", 72, "the last line"},
+        {L"3", 18, L"3", 16, "the start of the caret's own line"},
+        {L"4", 0, L"1", 24, "a line in the middle"},
+        {L"0", 30, L"4", 24, "0 asks the control for line -1: the caret's own line"},
+        {L"99", 30, L"4", 30, "past the end: the control answers -1 and the caret stays"},
+        {L" 2 ", 0, L"1", 8, "blanks around the number are accepted"},
     };
     QuillonTestApp app(L"quillonTests-goto");
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
     app.view()->setText(tenLines());
     for (const auto& c : cases) {
-        goTo(app, c.from, c.typed);
+        Seen seen = goTo(app, c.from, c.typed);
+        EXPECT_EQ(wt::narrow(seen.label), "Line Number (1-10):") << c.why;
+        EXPECT_EQ(seen.field, c.offered) << c.why;
         EXPECT_EQ(caret(app), c.to) << c.why;
         EXPECT_TRUE(app.boxes.empty()) << c.why << ": no range check";
     }
@@ -110,22 +100,32 @@ TEST(GoToLine, CancelLeavesTheSelectionAndAnEmptyViewOffersLineOne)
     EXPECT_EQ(end, 9u);
 }
 
-TEST(GoToLine, NotAnIntegerKeepsTheDialogOpen)
+// The integer exchange refuses anything but an integer: the dialog stays open with the refused text
+// selected, and takes an integer after that.
+TEST(GoToLine, NotAnIntegerKeepsTheDialogOpenWithTheTextSelected)
 {
     QuillonTestApp app(L"quillonTests-goto");
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
     app.view()->setText(tenLines());
-    bool stillOpen = false;
+    bool stillOpen = false, focused = false;
+    DWORD start = 0, end = 0;
     qw::whileModal([&] { app.mainFrame()->routeCommand(qwzCQuillonView::goToLineCommand); },
                    [&](HWND dialog) {
-                       SetDlgItemTextW(dialog, IDC_GOTO_LINE_NUMBER, L"3x");
+                       HWND field = GetDlgItem(dialog, IDC_GOTO_LINE_NUMBER);
+                       SetWindowTextW(field, L"3x");
                        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
                        stillOpen = IsWindow(dialog) && IsWindowVisible(dialog);
-                       SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+                       SendMessageW(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+                       focused = GetFocus() == field;
+                       SetWindowTextW(field, L"3");
+                       SendMessageW(dialog, WM_COMMAND, IDOK, 0);
                    });
     EXPECT_TRUE(stillOpen);
+    EXPECT_EQ(std::vector<DWORD>({start, end}), std::vector<DWORD>({0, 2})) << "the refused text is selected";
+    EXPECT_TRUE(focused);
     ASSERT_EQ(app.boxes.size(), 1u);
     EXPECT_EQ(wt::narrow(app.boxes[0].text), "Enter an integer.");
+    EXPECT_EQ(caret(app), 16u) << "the integer typed after it was taken";
 }
 
 TEST(GoToLine, LinesAreDisplayLinesWhenTextWraps)

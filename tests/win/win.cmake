@@ -1,4 +1,4 @@
-# Test-only resources of the window framework's tests (frame menu and accelerators, an integer dialog),
+# A test-only resource of the window tests (a dialog that cannot be made),
 # and the safe-save run on a really full volume.
 if(TARGET win_tests)
     target_sources(win_tests PRIVATE ${CMAKE_CURRENT_LIST_DIR}/winTest.rc)

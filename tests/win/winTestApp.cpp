@@ -38,7 +38,6 @@ bool TestApp::promptFileName(bool open, std::wstring& path)
 
 bool TestDocument::onNewDocument()
 {
-    ++newCalls;
     bytes.clear();
     return winDocument::onNewDocument();
 }
@@ -62,17 +61,12 @@ std::wstring scratch(const std::string& name)
 // By UTF-8 name through the C library: the test programs run with the UTF-8 code page of the manifest.
 std::string readWide(const std::wstring& path)
 {
-    return existsWide(path) ? qt::readFile(narrow(path)) : "<missing>";
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ? qt::readFile(narrow(path)) : "<missing>";
 }
 
 void writeWide(const std::wstring& path, const std::string& bytes)
 {
     qt::writeFile(narrow(path), bytes);
-}
-
-bool existsWide(const std::wstring& path)
-{
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 std::vector<std::wstring> listDir(const std::wstring& dir)

@@ -3,6 +3,7 @@
 // helpers that do not use the code under test.
 #pragma once
 
+#include "resourceIds.h"
 #include "win/winApp.h"
 #include "win/winDocTemplate.h"
 #include "win/winDocument.h"
@@ -16,11 +17,10 @@
 namespace wt
 {
 
-// Menu, accelerator table and dialog of tests/win/winTest.rc.
-constexpr unsigned frameResource = 30100;
-constexpr unsigned intDialog = 30001;
+// The frames take Quillon's own menu and accelerator table; tests/win/winTest.rc adds a dialog that cannot
+// be made.
+constexpr unsigned frameResource = IDR_MAINFRAME;
 constexpr unsigned unmakeableDialog = 30002;
-constexpr int intField = 1001;
 
 class TestApp : public winApp
 {
@@ -47,7 +47,6 @@ class TestDocument : public winDocument
 {
 public:
     std::string bytes;
-    int newCalls = 0;
     bool onNewDocument() override;
     void serialize(std::string& out) override;
     bool deserialize(const std::string& in) override;
@@ -59,7 +58,6 @@ std::wstring scratch(const std::string& name);
 // winSafeSave. readWide answers "<missing>" for a file that is not there.
 std::string readWide(const std::wstring& path);
 void writeWide(const std::wstring& path, const std::string& bytes);
-bool existsWide(const std::wstring& path);
 // The names of the files in `dir`.
 std::vector<std::wstring> listDir(const std::wstring& dir);
 // Removes HKCU\Software\QuillonTests\<app> so that a test starts without settings.
