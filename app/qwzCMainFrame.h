@@ -1,15 +1,24 @@
-// Quillon's main window: the framework's frame with menu 128 translated into the user's language,
-// accelerator table 128 and the version record's full name as its title. Bars and help come later.
+// Quillon's main window: the framework's frame with a flat, dockable toolbar of 40 by 40 pixel images and
+// their greyed twins, a status bar with the key indicators, menu 128 translated into the user's language,
+// accelerator table 128 and the version record's full name as its title. It handles Help (F1).
 #pragma once
 
 #include "win/winFrame.h"
+#include "win/winStatusBar.h"
+#include "win/winToolBar.h"
+
+#include <commctrl.h>
+
+#include <string>
 
 class qwzCMainFrame : public winFrame
 {
 public:
     static constexpr unsigned resourceId = 128;
+    static constexpr unsigned helpCommand = 236;
 
     qwzCMainFrame() = default;
+    ~qwzCMainFrame() override;
 
     // True when the translated menu replaced the framework's.
     bool menuTranslated() const
@@ -17,9 +26,41 @@ public:
         return menuTranslated_;
     }
 
+    // The toolbar's image lists, normal and disabled; null before creation.
+    HIMAGELIST normalImages() const
+    {
+        return normalImages_;
+    }
+    HIMAGELIST disabledImages() const
+    {
+        return disabledImages_;
+    }
+
+    // Help 236: the help file in the HTML Help viewer, or message 237 when it is missing.
+    bool onCommand(unsigned id) override;
+    bool onUpdateCommand(unsigned id, winCommandState& state) override;
+
+    // The help file: the installation tree's help folder + "\quillon.chm".
+    virtual std::wstring helpFile() const;
+
+    // Prompts and tooltips: string `id` through the application's catalog.
+    std::wstring commandString(unsigned id) const override;
+
 protected:
+    // Menu 128 translated; null (no menu) when it can't be loaded or translated.
+    HMENU loadMenu(unsigned resourceId) override;
     bool OnCreate(const CREATESTRUCTW& cs) override;
+    void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 
 private:
+    // Makes both image lists for a display of `dpi` and gives them to the toolbar; false when an image
+    // could not be made (the toolbar then keeps the lists it had).
+    bool makeImages(UINT dpi);
+    void showHelp();
+
+    winStatusBar statusBar_;
+    winToolBar toolBar_;
+    HIMAGELIST normalImages_ = nullptr;
+    HIMAGELIST disabledImages_ = nullptr;
     bool menuTranslated_ = false;
 };

@@ -126,7 +126,7 @@ bool qwzCQuillonApp::onCommand(unsigned id)
 
 bool qwzCQuillonApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == ID_HELP_CHECK_VERSION) {
+    if (id == ID_HELP_CHECK_VERSION || id == appAboutCommand) {
         state.enabled = true;
         return true;
     }

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 # Starts one Windows program under Wine and measures the time from its start until a top-level window's
 # title contains a given text, by waiting on X events (window creation, then property changes of
-# WM_NAME/_NET_WM_NAME), never by polling. Prints "seconds peak_kib" and ends the program by its pid.
+# WM_NAME/_NET_WM_NAME), never by polling. With --shown first, until such a window is also mapped (shown
+# on the screen). Prints "seconds peak_kib" and ends the program by its pid.
 import os
 import select
 import signal
@@ -36,7 +37,12 @@ def peak_kib(pid):
 
 
 def main():
-    want, timeout, command = sys.argv[1], float(sys.argv[2]), sys.argv[3:]
+    args = sys.argv[1:]
+    shown = args[:1] == ["--shown"]
+    if shown:
+        args = args[1:]
+    want, timeout, command = args[0], float(args[1]), args[2:]
+    mapped = set()
     d = display.Display()
     names = [d.intern_atom("_NET_WM_NAME"), d.intern_atom("WM_NAME")]
     root = d.screen().root
@@ -59,9 +65,14 @@ def main():
                     event.window.change_attributes(event_mask=X.PropertyChangeMask)
                     d.sync()
                     window = event.window
+                elif event.type == X.MapNotify:
+                    mapped.add(event.window.id)
+                    window = event.window
                 elif event.type == X.PropertyNotify and event.atom in names:
                     window = event.window
                 else:
+                    continue
+                if shown and window.id not in mapped:
                     continue
                 if want in title_of(d, window, names):
                     elapsed = time.monotonic() - start

@@ -11,12 +11,31 @@ if(WIN32)
                 ${QUILLON_DIST}/sys/install/product
         VERBATIM)
 
+    # The help file, compiled by chmcmd from help/ (project quillon.hhp, which lists every page). chmcmd
+    # writes next to its project, so it works on a copy in the build tree.
+    find_program(QUILLON_CHMCMD chmcmd REQUIRED)
+    file(GLOB help_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/help/*)
+    set(help_work ${CMAKE_BINARY_DIR}/help)
+    set(QUILLON_CHM ${QUILLON_DIST}/file/help/quillon.chm)
+    add_custom_command(
+        OUTPUT ${QUILLON_CHM}
+        COMMAND ${CMAKE_COMMAND} -E rm -rf ${help_work}
+        COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/help ${help_work}
+        COMMAND ${CMAKE_COMMAND} -E chdir ${help_work} ${QUILLON_CHMCMD} --verbosity 0 quillon.hhp
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${QUILLON_DIST}/file/help
+        COMMAND ${CMAKE_COMMAND} -E copy ${help_work}/quillon.chm ${QUILLON_CHM}
+        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+        DEPENDS ${help_sources}
+        COMMENT "Compiling the help file"
+        VERBATIM)
+    add_custom_target(help_file ALL DEPENDS ${QUILLON_CHM})
+
     # `make run` builds only this: the tree (whatever it gains hangs here) and the starter that hands
     # Quillon the environment a Windows desktop would (scripts/run.sh)
     add_executable(start_as_windows WIN32 ${CMAKE_SOURCE_DIR}/scripts/startAsWindows.cpp)
     target_link_options(start_as_windows PRIVATE -municode)
     add_custom_target(run_tree)
-    add_dependencies(run_tree quillon start_as_windows)
+    add_dependencies(run_tree quillon start_as_windows help_file)
 endif()
 
 # `make dist`: the signed MSI, the portable zip and SHA256SUMS beside the tree, in dist/. The signing
@@ -29,7 +48,7 @@ if(WIN32)
         COMMENT "Packaging Quillon ${PROJECT_VERSION}"
         VERBATIM)
     # everything that lays out the tree comes first
-    add_dependencies(dist quillon catalogs)
+    add_dependencies(dist quillon catalogs help_file)
 endif()
 
 # English has a catalog of its own, every text translated to itself: an English user's language then

@@ -1,5 +1,6 @@
 # Generated resources and the translations' tool chain.
-#   - the application icon (tools/make_icon.py), which res/quillon.rc includes from ${QUILLON_GEN};
+#   - the application icon (tools/make_icon.py) and the toolbar images (tools/make_toolbar_images.py),
+#     which res/quillon.rc includes from ${QUILLON_GEN};
 #   - the translation template made from res/strings.txt and res/quillon.rc, which must equal the
 #     committed locale/quillon.pot, and every locale/<code>.po checked against it (tools/check_po.py);
 #   - each .po compiled by msgfmt --check-format into dist/Quillon/lib/locale/<Language>/LC_MESSAGES.
@@ -12,10 +13,18 @@ add_custom_command(
     COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/tools/make_icon.py ${QUILLON_ICON}
     DEPENDS ${CMAKE_SOURCE_DIR}/tools/make_icon.py
     COMMENT "Drawing the application icon")
-add_custom_target(quillon_icon DEPENDS ${QUILLON_ICON})
+set(QUILLON_TOOLBAR_RC ${QUILLON_GEN}/toolbar.rc)
+add_custom_command(
+    OUTPUT ${QUILLON_TOOLBAR_RC}
+    COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/tools/make_toolbar_images.py ${QUILLON_GEN}
+    DEPENDS ${CMAKE_SOURCE_DIR}/tools/make_toolbar_images.py
+    COMMENT "Drawing the toolbar images")
+# one target for every generated resource, so that the test programs, which carry the script too, wait
+add_custom_target(quillon_icon DEPENDS ${QUILLON_ICON} ${QUILLON_TOOLBAR_RC})
 if(TARGET quillon)
     add_dependencies(quillon quillon_icon)
-    set_property(SOURCE ${CMAKE_SOURCE_DIR}/res/quillon.rc APPEND PROPERTY OBJECT_DEPENDS ${QUILLON_ICON})
+    set_property(SOURCE ${CMAKE_SOURCE_DIR}/res/quillon.rc APPEND PROPERTY OBJECT_DEPENDS
+                 ${QUILLON_ICON} ${QUILLON_TOOLBAR_RC})
 endif()
 
 # --- template and translations ----------------------------------------------------------------------

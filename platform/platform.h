@@ -3,9 +3,11 @@
 // texts for the user cross it as UTF-8.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <string>
+#include <vector>
 
 namespace platform
 {
@@ -64,6 +66,19 @@ void messageBox(const std::string& text, const std::string& title, BoxIcon icon)
 
 // Text of a string-table entry in UTF-8; empty when the id does not exist.
 std::string loadString(unsigned id);
+
+// The bitmap resource `id` of the executable as 32-bit top-down pixels, four bytes each (blue, green, red,
+// alpha, the alpha byte as stored). False when there is no such bitmap or it can't be converted.
+bool loadBitmap(unsigned id, int& width, int& height, std::vector<std::uint8_t>& pixels);
+
+// The colours of three-dimensional display elements, as the system's colour scheme gives them.
+enum class SystemColour { ButtonFace, ButtonShadow, ButtonHighlight, WindowFrame };
+struct Rgb {
+    std::uint8_t red = 0, green = 0, blue = 0;
+    bool operator==(const Rgb&) const = default;
+};
+// GetSysColor on Windows; elsewhere the default scheme's values.
+Rgb systemColour(SystemColour which);
 
 // Breaks into an attached debugger; does nothing without one.
 void debugBreak();

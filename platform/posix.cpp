@@ -119,6 +119,26 @@ std::string loadString(unsigned id)
     return qwzStringTableLookup(id);
 }
 
+bool loadBitmap(unsigned, int&, int&, std::vector<std::uint8_t>&)
+{
+    return false; // bitmaps are resources of the Windows program only
+}
+
+Rgb systemColour(SystemColour which)
+{
+    switch (which) {
+    case SystemColour::ButtonFace:
+        return {240, 240, 240};
+    case SystemColour::ButtonShadow:
+        return {160, 160, 160};
+    case SystemColour::ButtonHighlight:
+        return {255, 255, 255};
+    case SystemColour::WindowFrame:
+        return {100, 100, 100};
+    }
+    return {};
+}
+
 std::string setCLocale(int category, const std::string& name)
 {
     static const char* const shipped[][2] = {

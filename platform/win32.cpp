@@ -135,6 +135,56 @@ std::string loadString(unsigned id)
     return n > 0 ? utf8(text, n) : std::string();
 }
 
+bool loadBitmap(unsigned id, int& width, int& height, std::vector<std::uint8_t>& pixels)
+{
+    // a DIB section keeps the stored pixels, alpha byte included, where a device bitmap would not
+    auto bitmap = static_cast<HBITMAP>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
+    if (!bitmap)
+        return false;
+    BITMAP bm = {};
+    bool ok = GetObjectW(bitmap, sizeof bm, &bm) == sizeof bm && bm.bmWidth > 0 && bm.bmHeight > 0 &&
+              bm.bmWidth <= 4096 && bm.bmHeight <= 4096;
+    if (ok) {
+        BITMAPINFO info = {};
+        info.bmiHeader.biSize = sizeof info.bmiHeader;
+        info.bmiHeader.biWidth = bm.bmWidth;
+        info.bmiHeader.biHeight = -bm.bmHeight; // top-down
+        info.bmiHeader.biPlanes = 1;
+        info.bmiHeader.biBitCount = 32;
+        info.bmiHeader.biCompression = BI_RGB;
+        pixels.assign(size_t(bm.bmWidth) * size_t(bm.bmHeight) * 4, 0);
+        HDC screen = GetDC(nullptr);
+        ok = GetDIBits(screen, bitmap, 0, UINT(bm.bmHeight), pixels.data(), &info, DIB_RGB_COLORS) == bm.bmHeight;
+        ReleaseDC(nullptr, screen);
+        width = bm.bmWidth;
+        height = bm.bmHeight;
+    }
+    DeleteObject(bitmap);
+    return ok;
+}
+
+Rgb systemColour(SystemColour which)
+{
+    int index = COLOR_BTNFACE;
+    switch (which) {
+    case SystemColour::ButtonFace:
+        index = COLOR_BTNFACE;
+        break;
+    case SystemColour::ButtonShadow:
+        index = COLOR_BTNSHADOW;
+        break;
+    case SystemColour::ButtonHighlight:
+        index = COLOR_BTNHIGHLIGHT;
+        break;
+    case SystemColour::WindowFrame:
+        index = COLOR_WINDOWFRAME;
+        break;
+    }
+    COLORREF c = GetSysColor(index);
+    return {GetRValue(c), GetGValue(c), GetBValue(c)};
+}
+
 std::string setCLocale(int category, const std::string& name)
 {
     return std::setlocale(category, name.c_str()) ? name : std::string();

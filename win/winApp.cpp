@@ -119,8 +119,11 @@ bool winApp::preTranslateMessage(MSG& msg)
     return TranslateAcceleratorW(frame->hwnd(), frame->accelerators(), &msg) != 0;
 }
 
-bool winApp::onIdle(long)
+bool winApp::onIdle(long count)
 {
+    // once per idle spell: the bars follow what the last messages changed
+    if (winFrame* frame = mainFrame(); count == 0 && frame && frame->hwnd())
+        frame->onIdleUpdate();
     return false;
 }
 
@@ -282,7 +285,7 @@ bool winApp::onCommand(unsigned id)
 
 bool winApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == cmdPrintSetup) {
+    if (id == cmdNew || id == cmdOpen || id == cmdExit || id == cmdPrintSetup) {
         state.enabled = true;
         return true;
     }

@@ -43,7 +43,8 @@ public:
     bool pumpMessages();
     // Offers `msg` to the modeless dialogs and the frame's accelerators; true when consumed.
     virtual bool preTranslateMessage(MSG& msg);
-    // Called while the queue is empty, `count` counting up from 0; true asks for another call.
+    // Called while the queue is empty, `count` counting up from 0; true asks for another call. The
+    // default brings the main frame's bars up to date at the first call.
     virtual bool onIdle(long count);
     // The show command given to winMain (SW_SHOWNORMAL by default).
     int showCommand() const

@@ -2,7 +2,7 @@
 // each target in turn (frame -> active view -> document -> application) until one reports it handled.
 #pragma once
 
-// What a menu item (later also a toolbar button) shows for a command.
+// What a menu item or a toolbar button shows for a command.
 struct winCommandState {
     bool enabled = true;
     bool checked = false;
@@ -21,7 +21,8 @@ public:
     }
 
     // Sets `state` for command `id` and returns true when this target owns the command; false passes it
-    // on. A command that no target claims keeps the state its menu resource gave it.
+    // on. Every command that onCommand handles must be claimed here: the frame greys a command that no
+    // target claims, in the menus and on the toolbar.
     virtual bool onUpdateCommand(unsigned id, winCommandState& state)
     {
         (void)id;

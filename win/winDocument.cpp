@@ -229,3 +229,11 @@ bool winDocument::onCommand(unsigned id)
         return false;
     }
 }
+
+bool winDocument::onUpdateCommand(unsigned id, winCommandState& state)
+{
+    if (id != cmdSave && id != cmdSaveAs)
+        return false;
+    state.enabled = true;
+    return true;
+}

@@ -90,6 +90,7 @@ public:
 
     // Save 57603 and Save As 57604.
     bool onCommand(unsigned id) override;
+    bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
     // Writes `bytes` safely and, on failure, shows the matching error box for `path`.
     static bool writeFileReporting(const std::wstring& path, const std::string& bytes);

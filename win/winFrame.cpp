@@ -3,10 +3,14 @@
 #include "win/winFrame.h"
 
 #include "win/winApp.h"
+#include "win/winBarState.h"
 #include "win/winControl.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
 #include "win/winRecentFiles.h"
+#include "win/winStatusBar.h"
+#include "win/winText.h"
+#include "win/winToolBar.h"
 
 namespace
 {
@@ -14,6 +18,47 @@ namespace
 bool hasResource(unsigned id, LPCWSTR type)
 {
     return FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), type) != nullptr;
+}
+
+bool shown(HWND window)
+{
+    // the style, not IsWindowVisible: a bar of a frame not yet shown counts as shown
+    return window && (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE);
+}
+
+// The lock key behind each of the framework's indicator ids (CAP, NUM, SCRL).
+int indicatorKey(unsigned id)
+{
+    switch (id) {
+    case 59137:
+        return VK_CAPITAL;
+    case 59138:
+        return VK_NUMLOCK;
+    case 59139:
+        return VK_SCROLL;
+    default:
+        return 0;
+    }
+}
+
+// Copies `text` into a tooltip request's buffer of `size` characters, cutting it between characters.
+void copyTip(const std::wstring& text, wchar_t* buffer, size_t size)
+{
+    size_t n = std::min(text.size(), size - 1);
+    if (n > 0 && n < text.size() && IS_HIGH_SURROGATE(text[n - 1]))
+        --n;
+    text.copy(buffer, n);
+    buffer[n] = L'\0';
+}
+
+void copyTip(const std::wstring& text, char* buffer, size_t size)
+{
+    int n = int(text.size()), written = 0;
+    // the longest head of the text that fits, in the program's code page
+    while (n > 0 &&
+           (written = WideCharToMultiByte(CP_ACP, 0, text.c_str(), n, buffer, int(size) - 1, nullptr, nullptr)) == 0)
+        n -= n > 1 && IS_LOW_SURROGATE(text[size_t(n) - 1]) ? 2 : 1;
+    buffer[written] = '\0';
 }
 
 } // namespace
@@ -39,7 +84,7 @@ bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& v
     document_ = &document;
     view_ = &view;
     HINSTANCE instance = GetModuleHandleW(nullptr);
-    HMENU menu = hasResource(resourceId, RT_MENU) ? LoadMenuW(instance, MAKEINTRESOURCEW(resourceId)) : nullptr;
+    HMENU menu = loadMenu(resourceId);
     if (hasResource(resourceId, RT_ACCELERATOR))
         accelerators_ = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(resourceId));
     if (!createWindow(0, appTitle_, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
@@ -58,7 +103,12 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case WM_CREATE:
-        return OnCreate(*reinterpret_cast<CREATESTRUCTW*>(lParam)) ? 0 : -1;
+        messageText_ = winText::load(idleMessageId);
+        if (!OnCreate(*reinterpret_cast<CREATESTRUCTW*>(lParam)))
+            return -1;
+        loadBarState();
+        onIdleUpdate();
+        return 0;
     case WM_SIZE:
         OnSize();
         return 0;
@@ -75,10 +125,18 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_NOTIFY: {
         LRESULT result = 0;
+        if (lParam && OnNotify(*reinterpret_cast<NMHDR*>(lParam), result))
+            return result;
         if (winControl::reflectNotify(lParam, result))
             return result;
         break;
     }
+    case WM_MENUSELECT:
+        OnMenuSelect(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HMENU>(lParam));
+        return 0;
+    case WM_DPICHANGED:
+        OnDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+        return 0;
     case WM_DROPFILES:
         OnDropFiles(reinterpret_cast<HDROP>(wParam));
         return 0;
@@ -100,12 +158,240 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     return winWindow::HandleMessage(msg, wParam, lParam);
 }
 
+HMENU winFrame::loadMenu(unsigned resourceId)
+{
+    return hasResource(resourceId, RT_MENU) ? LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resourceId))
+                                            : nullptr;
+}
+
 bool winFrame::OnCreate(const CREATESTRUCTW&)
 {
     return view_ && view_->create(hwnd());
 }
 
-void winFrame::layoutBars(RECT&) {}
+void winFrame::setBars(winToolBar* toolBar, winStatusBar* statusBar)
+{
+    toolBar_ = toolBar;
+    statusBar_ = statusBar;
+    if (toolBar_)
+        toolBar_->onDocked = [this](winToolBar::Side) {
+            recalcLayout();
+            saveBarState();
+        };
+    setMessageText(messageText_);
+}
+
+void winFrame::layoutBars(RECT& client)
+{
+    if (statusBar_)
+        statusBar_->place(client);
+    if (toolBar_)
+        toolBar_->place(client);
+}
+
+bool winFrame::barVisible(unsigned barId) const
+{
+    return shown(barWindow(barId));
+}
+
+HWND winFrame::barWindow(unsigned barId) const
+{
+    if (barId == toolBarId && toolBar_)
+        return toolBar_->hwnd();
+    if (barId == statusBarId && statusBar_)
+        return statusBar_->hwnd();
+    return nullptr;
+}
+
+void winFrame::showBar(unsigned barId, bool show)
+{
+    HWND bar = barWindow(barId);
+    if (!bar || shown(bar) == show)
+        return;
+    ShowWindow(bar, show ? SW_SHOWNA : SW_HIDE);
+    recalcLayout();
+    saveBarState();
+}
+
+void winFrame::saveBarState() const
+{
+    winApp* app = winApp::instance();
+    if (!app || !toolBar_ || !statusBar_)
+        return;
+    winBarState state;
+    state.toolBarVisible = barVisible(toolBarId);
+    state.toolBarSide = toolBar_->side();
+    state.statusBarVisible = barVisible(statusBarId);
+    state.save(app->profileKey());
+}
+
+void winFrame::loadBarState()
+{
+    winApp* app = winApp::instance();
+    if (!app || !toolBar_ || !statusBar_)
+        return;
+    winBarState state = winBarState::load(app->profileKey());
+    if (toolBar_->dockingEnabled())
+        toolBar_->setSide(state.toolBarSide);
+    ShowWindow(toolBar_->hwnd(), state.toolBarVisible ? SW_SHOWNA : SW_HIDE);
+    ShowWindow(statusBar_->hwnd(), state.statusBarVisible ? SW_SHOWNA : SW_HIDE);
+}
+
+std::wstring winFrame::commandString(unsigned id) const
+{
+    return winText::load(id);
+}
+
+void winFrame::GetMessageString(unsigned id, std::wstring& text) const
+{
+    std::wstring whole = commandString(id);
+    text = whole.substr(0, whole.find(L'\n'));
+}
+
+std::wstring winFrame::tooltipText(unsigned id) const
+{
+    std::wstring whole = commandString(id);
+    size_t cut = whole.find(L'\n');
+    return cut == std::wstring::npos ? whole : whole.substr(cut + 1);
+}
+
+void winFrame::onIdleUpdate()
+{
+    if (toolBar_ && shown(toolBar_->hwnd()))
+        toolBar_->updateButtons([this](unsigned id, bool& enabled, bool& checked) {
+            winCommandState state{enabled, checked};
+            if (!routeUpdateCommand(id, state))
+                state = {false, false};
+            enabled = state.enabled;
+            checked = state.checked;
+        });
+    if (statusBar_ && shown(statusBar_->hwnd()))
+        statusBar_->updateIndicators([](unsigned id) {
+            int key = indicatorKey(id);
+            return key && (GetKeyState(key) & 1);
+        });
+}
+
+bool winFrame::onCommand(unsigned id)
+{
+    switch (id) {
+    case toolBarId:
+    case statusBarId:
+        if (!barWindow(id))
+            return false;
+        showBar(id, !barVisible(id));
+        return true;
+    case nextPaneCommand:
+    case prevPaneCommand:
+        // one pane only: the focus stays in the text (or in the preview that shows in its place)
+        OnSetFocus();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool winFrame::onUpdateCommand(unsigned id, winCommandState& state)
+{
+    switch (id) {
+    case toolBarId:
+    case statusBarId:
+        if (!barWindow(id))
+            return false;
+        state.enabled = true;
+        state.checked = barVisible(id);
+        return true;
+    case nextPaneCommand:
+    case prevPaneCommand:
+        state.enabled = true;
+        return true;
+    default:
+        return false;
+    }
+}
+
+void winFrame::showPrompt(unsigned id)
+{
+    prompting_ = true;
+    std::wstring prompt;
+    if (id)
+        GetMessageString(id, prompt);
+    if (statusBar_)
+        statusBar_->setPaneText(0, prompt);
+}
+
+void winFrame::endPrompt()
+{
+    if (!prompting_)
+        return;
+    prompting_ = false;
+    if (statusBar_)
+        statusBar_->setPaneText(0, messageText_);
+}
+
+void winFrame::OnMenuSelect(unsigned item, unsigned flags, HMENU menu)
+{
+    if (flags == 0xFFFF && !menu) {
+        endPrompt(); // the menu closed
+        return;
+    }
+    // popups, separators and the system menu have no prompt
+    bool command = !(flags & (MF_POPUP | MF_SEPARATOR | MF_SYSMENU));
+    showPrompt(command ? item : 0);
+}
+
+bool winFrame::OnNotify(NMHDR& header, LRESULT& result)
+{
+    switch (header.code) {
+    case TTN_GETDISPINFOA:
+    case TTN_GETDISPINFOW:
+        OnToolTipText(header);
+        result = 0;
+        return true;
+    case TBN_HOTITEMCHANGE: {
+        if (!toolBar_ || header.hwndFrom != toolBar_->hwnd())
+            return false;
+        const auto& hot = reinterpret_cast<const NMTBHOTITEM&>(header);
+        if (hot.dwFlags & HICF_LEAVING)
+            endPrompt();
+        else
+            showPrompt(unsigned(hot.idNew));
+        result = 0;
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+void winFrame::OnDpiChanged(UINT, const RECT& suggested)
+{
+    SetWindowPos(hwnd(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    recalcLayout();
+}
+
+void winFrame::OnToolTipText(NMHDR& header)
+{
+    bool wide = header.code == TTN_GETDISPINFOW;
+    UINT flags =
+        wide ? reinterpret_cast<NMTTDISPINFOW&>(header).uFlags : reinterpret_cast<NMTTDISPINFOA&>(header).uFlags;
+    UINT_PTR id = header.idFrom;
+    if (flags & TTF_IDISHWND)
+        id = UINT_PTR(GetDlgCtrlID(reinterpret_cast<HWND>(id)));
+    std::wstring tip = id ? tooltipText(unsigned(id)) : std::wstring();
+    if (wide) {
+        auto& request = reinterpret_cast<NMTTDISPINFOW&>(header);
+        copyTip(tip, request.szText, std::size(request.szText));
+        request.lpszText = request.szText;
+        request.hinst = nullptr;
+    } else {
+        auto& request = reinterpret_cast<NMTTDISPINFOA&>(header);
+        copyTip(tip, request.szText, std::size(request.szText));
+        request.lpszText = request.szText;
+        request.hinst = nullptr;
+    }
+}
 
 void winFrame::recalcLayout()
 {
@@ -192,6 +478,8 @@ std::wstring winFrame::messageText() const
 void winFrame::setMessageText(const std::wstring& text)
 {
     messageText_ = text;
+    if (statusBar_ && !prompting_)
+        statusBar_->setPaneText(0, text);
 }
 
 void winFrame::replaceMenu(HMENU menu)
@@ -232,12 +520,14 @@ bool winFrame::routeUpdateCommand(unsigned id, winCommandState& state)
 
 bool winFrame::OnCommand(unsigned id, unsigned code, HWND control)
 {
-    if (control) {
-        // a notification from a child control, not a command
-        if (view_ && control == view_->hwnd())
-            view_->OnControlNotify(code);
+    if (control && view_ && control == view_->hwnd()) {
+        // a notification from the text, not a command
+        view_->OnControlNotify(code);
         return true;
     }
+    // a menu item, an accelerator, or a button of a bar (BN_CLICKED)
+    if (control && code != BN_CLICKED)
+        return true;
     return routeCommand(id);
 }
 
@@ -252,9 +542,9 @@ void winFrame::OnInitMenuPopup(HMENU popup)
         if (id == 0 || id == UINT(-1))
             continue; // separator or submenu
         winCommandState state;
-        state.enabled = !(GetMenuState(popup, UINT(i), MF_BYPOSITION) & (MF_GRAYED | MF_DISABLED));
         if (!routeUpdateCommand(id, state))
-            continue;
+            state = {false, false}; // nothing handles it
+
         EnableMenuItem(popup, UINT(i), MF_BYPOSITION | (state.enabled ? MF_ENABLED : MF_GRAYED));
         CheckMenuItem(popup, UINT(i), MF_BYPOSITION | (state.checked ? MF_CHECKED : MF_UNCHECKED));
     }

@@ -254,6 +254,27 @@ class Image:
         return sum(1 for y in range(top, bottom) for x in range(self.width) if self.dark(x, y, limit))
 
 
+def probe(title_part, prefix=None):
+    """The first visible top-level window whose title holds `title_part`, then its children, read from
+    outside by windowText.exe (in `prefix`, default the build's): dicts with kind ("window" or "child"), id,
+    cls, x, y, w, h, visible, count (toolbar buttons, status-bar parts) and text. [] when none matches."""
+    env = {"WINEPREFIX": prefix, "QUILLON_WINEPREFIX": prefix} if prefix else None
+    done = subprocess.run([WINE_RUN, WINDOW_TEXT, "frame", title_part], env=wine_env(env), capture_output=True,
+                          timeout=120)
+    rows = []
+    for line in done.stdout.decode("utf-8", "replace").splitlines():
+        f = line.rstrip("\r").split("\t")
+        if len(f) >= 10:
+            rows.append({"kind": f[0], "id": int(f[1]), "cls": f[2], "x": int(f[3]), "y": int(f[4]), "w": int(f[5]),
+                         "h": int(f[6]), "visible": f[7] == "1", "count": int(f[8]), "text": "\t".join(f[9:])})
+    return rows
+
+
+def control(rows, control_id):
+    """The child with `control_id` among probe() rows, or None."""
+    return next((r for r in rows if r["kind"] == "child" and r["id"] == control_id), None)
+
+
 def end_wine():
     """Stops the prefix's wineserver and everything still running in it; call once per test file."""
     subprocess.run([WINE_RUN, "--server", "-k"], env=wine_env(), stdout=subprocess.DEVNULL,

@@ -3,7 +3,13 @@
 //   windowText <class>              every window of that class (top-level or child) and its children, one
 //                                   line each: id, class, enabled, visible, text (UTF-8, "\n" escaped)
 //   windowText command <class> <id> posts command <id> to the first top-level window of that class
+//   windowText frame <title part>   the first visible top-level window whose title holds the text, then
+//                                   its children: kind ("window"/"child"), id, class, left, top, width,
+//                                   height (screen pixels), visible, count (a toolbar's buttons, a status
+//                                   bar's parts, else 0), text (a status bar's: its first part)
 #include <windows.h>
+
+#include <commctrl.h>
 
 #include <cstdio>
 #include <string>
@@ -40,8 +46,45 @@ void print(HWND window)
                 IsWindowEnabled(window) ? 1 : 0, IsWindowVisible(window) ? 1 : 0, utf8(text).c_str());
 }
 
+std::wstring textOf(HWND window)
+{
+    wchar_t text[4096] = {};
+    SendMessageTimeoutW(window, WM_GETTEXT, 4096, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000, nullptr);
+    return text;
+}
+
+void printPlaced(const char* kind, HWND window)
+{
+    std::wstring name = classOf(window);
+    RECT r = {};
+    GetWindowRect(window, &r);
+    LRESULT count = 0;
+    if (name == TOOLBARCLASSNAMEW)
+        count = SendMessageW(window, TB_BUTTONCOUNT, 0, 0);
+    else if (name == STATUSCLASSNAMEW)
+        count = SendMessageW(window, SB_GETPARTS, 0, 0);
+    std::printf("%s\t%d\t%s\t%ld\t%ld\t%ld\t%ld\t%d\t%d\t%s\n", kind, GetDlgCtrlID(window), utf8(name).c_str(), r.left,
+                r.top, r.right - r.left, r.bottom - r.top, IsWindowVisible(window) ? 1 : 0, int(count),
+                utf8(textOf(window)).c_str());
+}
+
 std::vector<HWND> found;
 std::wstring wanted;
+
+BOOL CALLBACK titled(HWND window, LPARAM)
+{
+    if (IsWindowVisible(window) && textOf(window).find(wanted) != std::wstring::npos) {
+        found.push_back(window);
+        return FALSE;
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK printPlacedChild(HWND window, LPARAM)
+{
+    printPlaced("child", window);
+    return TRUE;
+}
 
 BOOL CALLBACK collectChild(HWND window, LPARAM)
 {
@@ -69,8 +112,18 @@ BOOL CALLBACK printChild(HWND window, LPARAM)
 int wmain(int argc, wchar_t** argv)
 {
     bool command = argc == 4 && std::wstring(argv[1]) == L"command";
+    if (argc == 3 && std::wstring(argv[1]) == L"frame") {
+        wanted = argv[2];
+        EnumWindows(titled, 0);
+        if (found.empty())
+            return 1;
+        printPlaced("window", found[0]);
+        EnumChildWindows(found[0], printPlacedChild, 0);
+        return 0;
+    }
     if (argc != 2 && !command) {
-        std::fprintf(stderr, "usage: windowText <class> | windowText command <class> <id>\n");
+        std::fprintf(stderr,
+                     "usage: windowText <class> | windowText command <class> <id> | windowText frame <title>\n");
         return 2;
     }
     wanted = argv[command ? 2 : 1];

@@ -2,6 +2,7 @@
 #include "quillonTestApp.h"
 
 #include "app/qwzAppCatalog.h"
+#include "nls/nlsDomainManager.h"
 #include "testSupport.h"
 
 #include <gtest/gtest.h>
@@ -54,6 +55,29 @@ public:
 testing::Environment* const catalogEnvironment = testing::AddGlobalTestEnvironment(new CatalogEnvironment);
 
 } // namespace
+
+void German::SetUp()
+{
+    std::string installed = qt::dataPath("../dist/Quillon/lib/locale/German/LC_MESSAGES/quillon.mo");
+    ASSERT_TRUE(qt::fileExists(installed)) << "no installed German catalog at " << installed;
+    restart("German");
+}
+
+void German::TearDown()
+{
+    restart("NoSuchLanguage");
+    qt::setEnv("LC_ALL", nullptr);
+}
+
+void German::restart(const char* language)
+{
+    qt::setEnv("LC_ALL", language);
+    // the process's domain exists already: select the language for it, as a user's choice would
+    nlsDomainManager::setLanguageForAllDomains(language);
+    nlsDomainManager::clearSystemLanguage();
+    nlsDomainManager::setLastCategory(0);
+    qwzTheAppCatalog().start();
+}
 
 std::string installedLocale()
 {

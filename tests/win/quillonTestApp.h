@@ -8,6 +8,8 @@
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <string>
 
@@ -29,6 +31,15 @@ public:
     {
         return doc() ? doc()->getView() : nullptr;
     }
+};
+
+// Runs the German catalogs of the installation tree for one test, then switches translation off again.
+class German : public testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+    static void restart(const char* language);
 };
 
 // The installed catalogs' directory, as the program sees it.

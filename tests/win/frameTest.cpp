@@ -1,0 +1,441 @@
+// Quillon's frame as the user meets it: the toolbar made from the bitmap resources, the menu translated
+// to its last item, prompts and tooltips, the lock-key indicators, the bars' state across a restart, F6,
+// and the rule that every menu command is either handled or greyed.
+#include "quillonTestApp.h"
+
+#include "app/qwzAppCatalog.h"
+#include "app/qwzCQuillonApp.h"
+#include "app/qwzDib.h"
+#include "testSupport.h"
+#include "win/winBarState.h"
+#include "win/winStatusBar.h"
+#include "win/winText.h"
+#include "win/winToolBar.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace
+{
+
+using qw::German;
+using qw::QuillonTestApp;
+
+qwzCMainFrame* frameOf(winApp& app)
+{
+    return static_cast<qwzCMainFrame*>(app.mainFrame());
+}
+
+TEST(Frame, ToolbarImagesLoadTopDownWithAndWithoutAlpha)
+{
+    const unsigned images[] = {57600, 57601, 57603, 57643, 57635, 57634, 57637, 57607, 57664};
+    int results[3] = {};
+    for (unsigned id : images) {
+        SCOPED_TRACE("bitmap " + std::to_string(id));
+        qwzDib dib;
+        int result = dib.load(id);
+        ASSERT_NE(result, 0);
+        ASSERT_EQ(dib.width(), 40);
+        ASSERT_EQ(dib.height(), 40);
+        int clear = 0, solid = 0;
+        for (int y = 0; y < 40; ++y)
+            for (int x = 0; x < 40; ++x) {
+                clear += dib.alpha(x, y) == 0;
+                solid += dib.alpha(x, y) == 255;
+            }
+        if (result == 1) {
+            EXPECT_EQ(clear, 1600) << "an image without alpha has every alpha byte 0";
+        } else {
+            EXPECT_GT(clear, 0) << "a transparent background";
+            EXPECT_GT(solid, 0) << "and opaque drawing";
+        }
+        ++results[result];
+    }
+    EXPECT_GT(results[1], 0);
+    EXPECT_GT(results[2], 0);
+    // New's green badge is at the bottom right; its mirror image at the top right is background
+    qwzDib newImage;
+    newImage.load(57600);
+    EXPECT_EQ(newImage.alpha(34, 31), 255);
+    EXPECT_GT(newImage.colour(34, 31).green, newImage.colour(34, 31).red);
+    EXPECT_EQ(newImage.alpha(34, 8), 0);
+
+    qwzDib missing;
+    EXPECT_EQ(missing.load(1), 0);
+    EXPECT_EQ(missing.bits(), nullptr);
+}
+
+// One pixel of image `index` of an image list, as the list draws it.
+COLORREF imagePixel(HIMAGELIST list, int index, int x, int y)
+{
+    HDC screen = GetDC(nullptr);
+    HDC dc = CreateCompatibleDC(screen);
+    HBITMAP bitmap = CreateCompatibleBitmap(screen, 40, 40);
+    HGDIOBJ old = SelectObject(dc, bitmap);
+    ImageList_Draw(list, index, dc, 0, 0, ILD_NORMAL);
+    COLORREF c = GetPixel(dc, x, y);
+    SelectObject(dc, old);
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    ReleaseDC(nullptr, screen);
+    return c;
+}
+
+TEST(Frame, ToolbarHasItsButtonsSizesAndGreyedTwins)
+{
+    QuillonTestApp app(L"quillonTests-frame");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    qwzCMainFrame* frame = frameOf(app);
+    HWND bar = frame->toolBar()->hwnd();
+    EXPECT_EQ(GetDlgCtrlID(bar), 59392);
+    std::vector<int> ids;
+    for (int i = 0, n = int(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0)); i < n; ++i) {
+        TBBUTTON b = {};
+        SendMessageW(bar, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&b));
+        ids.push_back(b.fsStyle & BTNS_SEP ? 0 : b.idCommand);
+    }
+    EXPECT_EQ(ids, (std::vector<int>{57600, 57601, 57603, 0, 57643, 57635, 57634, 57637, 0, 57607, 0, 57664}));
+    LRESULT size = SendMessageW(bar, TB_GETBUTTONSIZE, 0, 0);
+    EXPECT_EQ(LOWORD(size), 47);
+    EXPECT_EQ(HIWORD(size), 46);
+    for (HIMAGELIST list : {frame->normalImages(), frame->disabledImages()}) {
+        int cx = 0, cy = 0;
+        ImageList_GetIconSize(list, &cx, &cy);
+        EXPECT_EQ(cx, 40);
+        EXPECT_EQ(cy, 40);
+        EXPECT_EQ(ImageList_GetImageCount(list), 9);
+    }
+    EXPECT_EQ(SendMessageW(bar, TB_GETIMAGELIST, 0, 0), reinterpret_cast<LRESULT>(frame->normalImages()));
+    EXPECT_EQ(SendMessageW(bar, TB_GETDISABLEDIMAGELIST, 0, 0), reinterpret_cast<LRESULT>(frame->disabledImages()));
+    // About's blue disc is grey in the disabled twin; its frame is the button face in both
+    COLORREF blue = imagePixel(frame->normalImages(), 8, 10, 20), grey = imagePixel(frame->disabledImages(), 8, 10, 20);
+    EXPECT_GT(GetBValue(blue), GetRValue(blue));
+    EXPECT_EQ(GetRValue(grey), GetBValue(grey));
+    EXPECT_EQ(GetGValue(grey), GetBValue(grey));
+    EXPECT_EQ(imagePixel(frame->disabledImages(), 8, 0, 0), GetSysColor(COLOR_BTNFACE));
+}
+
+// The text of item `i` of `menu`, as stored.
+std::wstring itemText(HMENU menu, int i)
+{
+    wchar_t text[256] = {};
+    GetMenuStringW(menu, UINT(i), text, 256, MF_BYPOSITION);
+    return text;
+}
+
+// Walks the shown menu beside the resource's: every item is the translation of its English text.
+void expectTranslated(HMENU shown, HMENU english, std::string& last)
+{
+    EXPECT_EQ(GetMenuItemCount(shown), GetMenuItemCount(english));
+    for (int i = 0; i < GetMenuItemCount(english); ++i) {
+        std::wstring source = itemText(english, i);
+        if (source.empty())
+            continue; // a separator
+        std::string got = wt::narrow(itemText(shown, i));
+        EXPECT_EQ(got, translate(wt::narrow(source).c_str()).str());
+        EXPECT_NE(got, wt::narrow(source)) << "the German catalog translates every menu text";
+        last = got;
+        if (HMENU sub = GetSubMenu(english, i))
+            expectTranslated(GetSubMenu(shown, i), sub, last);
+    }
+}
+
+TEST_F(German, TheMenuIsTranslatedToItsLastItem)
+{
+    QuillonTestApp app(L"quillonTests-frame");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    HMENU english = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(qwzCMainFrame::resourceId));
+    std::string last;
+    expectTranslated(GetMenu(app.mainFrame()->hwnd()), english, last);
+    EXPECT_EQ(last, translate("&About Quillon...").str());
+    DestroyMenu(english);
+}
+
+// The tooltip a frame gives for a wide or a narrow request.
+template <class Request> std::wstring tooltip(HWND frame, UINT code, UINT_PTR id, UINT flags = 0)
+{
+    Request request = {};
+    request.hdr = {frame, id, code};
+    request.uFlags = flags;
+    SendMessageW(frame, WM_NOTIFY, id, reinterpret_cast<LPARAM>(&request));
+    if constexpr (sizeof request.szText[0] == 1) {
+        wchar_t wide[80] = {};
+        MultiByteToWideChar(CP_ACP, 0, request.lpszText ? request.lpszText : "<null>", -1, wide, 80);
+        return wide;
+    } else
+        return request.lpszText ? request.lpszText : L"<null>";
+}
+
+// The prompt and the tooltip of string `id`: its translation up to and after the first "\n".
+std::pair<std::wstring, std::wstring> halves(unsigned id)
+{
+    std::wstring whole = winText::fromUtf8(translate(platform::loadString(id).c_str()).str());
+    size_t cut = whole.find(L'\n');
+    return {whole.substr(0, cut), cut == std::wstring::npos ? whole : whole.substr(cut + 1)};
+}
+
+TEST_F(German, PromptsAndTooltipsAreTheTranslatedHalves)
+{
+    QuillonTestApp app(L"quillonTests-frame");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    qwzCMainFrame* frame = frameOf(app);
+    const unsigned ids[] = {57600, 57616, 104, 1}; // with "\n", without, without and long, no string
+    for (unsigned id : ids) {
+        SCOPED_TRACE("string " + std::to_string(id));
+        auto [expected, tip] = halves(id);
+        std::wstring prompt;
+        frame->GetMessageString(id, prompt);
+        EXPECT_EQ(wt::narrow(prompt), wt::narrow(expected));
+        tip.resize(std::min<size_t>(tip.size(), 79)); // the request's buffer holds 80 with the NUL
+        EXPECT_EQ(wt::narrow(tooltip<NMTTDISPINFOW>(frame->hwnd(), TTN_GETDISPINFOW, id)), wt::narrow(tip));
+        EXPECT_EQ(wt::narrow(tooltip<NMTTDISPINFOA>(frame->hwnd(), TTN_GETDISPINFOA, id)), wt::narrow(tip));
+    }
+    std::wstring prompt;
+    frame->GetMessageString(57600, prompt);
+    EXPECT_NE(wt::narrow(prompt), "Create a new document") << "translated";
+    // a request that names a window asks for that control's tooltip
+    HWND bar = frame->toolBar()->hwnd();
+    EXPECT_EQ(wt::narrow(tooltip<NMTTDISPINFOW>(frame->hwnd(), TTN_GETDISPINFOW, UINT_PTR(bar), TTF_IDISHWND)),
+              wt::narrow(halves(59392).second));
+}
+
+TEST(Frame, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsFollowTheKeys)
+{
+    QuillonTestApp app(L"quillonTests-frame");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    qwzCMainFrame* frame = frameOf(app);
+    winStatusBar* bar = frame->statusBar();
+    EXPECT_EQ(wt::narrow(bar->paneText(0)), "Ready");
+    frame->setMessageText(L"Checking for newer versions...");
+    HMENU file = GetSubMenu(GetMenu(frame->hwnd()), 0);
+    SendMessageW(frame->hwnd(), WM_MENUSELECT, MAKEWPARAM(57601, MF_HILITE), reinterpret_cast<LPARAM>(file));
+    EXPECT_EQ(wt::narrow(bar->paneText(0)), "Open an existing document");
+    SendMessageW(frame->hwnd(), WM_MENUSELECT, MAKEWPARAM(0, MF_POPUP | MF_HILITE), reinterpret_cast<LPARAM>(file));
+    EXPECT_EQ(bar->paneText(0), L"") << "a popup has no prompt";
+    SendMessageW(frame->hwnd(), WM_MENUSELECT, MAKEWPARAM(0, 0xFFFF), 0);
+    EXPECT_EQ(wt::narrow(bar->paneText(0)), "Checking for newer versions...");
+    EXPECT_EQ(wt::narrow(frame->messageText()), "Checking for newer versions...");
+
+    BYTE saved[256] = {}, keys[256] = {};
+    GetKeyboardState(saved);
+    std::copy(std::begin(saved), std::end(saved), keys);
+    for (bool on : {true, false}) {
+        keys[VK_CAPITAL] = on ? 1 : 0; // bit 0: the lock is on
+        keys[VK_NUMLOCK] = on ? 0 : 1;
+        keys[VK_SCROLL] = on ? 1 : 0;
+        SetKeyboardState(keys);
+        frame->onIdleUpdate();
+        EXPECT_EQ(bar->paneText(1), on ? L"CAP" : L"");
+        EXPECT_EQ(bar->paneText(2), on ? L"" : L"NUM");
+        EXPECT_EQ(bar->paneText(3), on ? L"SCRL" : L"");
+    }
+    SetKeyboardState(saved);
+}
+
+bool checked(winFrame* frame, unsigned id)
+{
+    HMENU view = GetSubMenu(GetMenu(frame->hwnd()), 2);
+    SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(view), 2);
+    return GetMenuState(view, id, MF_BYCOMMAND) & MF_CHECKED;
+}
+
+TEST(Frame, BarsKeepTheirStateAcrossARestart)
+{
+    const std::wstring name = L"quillonTests-bars";
+    wt::clearSettings(name);
+    {
+        QuillonTestApp app(name);
+        ASSERT_NE(app.openDocumentFile(L""), nullptr);
+        winFrame* frame = app.mainFrame();
+        EXPECT_TRUE(checked(frame, 59392));
+        EXPECT_TRUE(checked(frame, 59393));
+        frame->routeCommand(59392);
+        frame->routeCommand(59393);
+        EXPECT_FALSE(checked(frame, 59392));
+        EXPECT_FALSE(checked(frame, 59393));
+        RECT client = {}, view = {};
+        GetClientRect(frame->hwnd(), &client);
+        GetWindowRect(frame->activeView()->hwnd(), &view);
+        EXPECT_EQ(view.bottom - view.top, client.bottom) << "the view takes the bars' place";
+    }
+    {
+        QuillonTestApp again(name);
+        ASSERT_NE(again.openDocumentFile(L""), nullptr);
+        EXPECT_FALSE(checked(again.mainFrame(), 59392));
+        EXPECT_FALSE(checked(again.mainFrame(), 59393));
+        EXPECT_FALSE(IsWindowVisible(again.mainFrame()->toolBar()->hwnd()));
+        again.mainFrame()->routeCommand(59392);
+        EXPECT_TRUE(checked(again.mainFrame(), 59392));
+    }
+    // dragged to the left before the restart
+    winBarState state;
+    state.toolBarSide = winBarState::Left;
+    ASSERT_TRUE(state.save(L"Software\\QuillonTests\\" + name));
+    QuillonTestApp third(name);
+    ASSERT_NE(third.openDocumentFile(L""), nullptr);
+    RECT bar = {};
+    GetWindowRect(third.mainFrame()->toolBar()->hwnd(), &bar);
+    MapWindowPoints(nullptr, third.mainFrame()->hwnd(), reinterpret_cast<POINT*>(&bar), 2);
+    EXPECT_EQ(bar.left, 0);
+    EXPECT_EQ(bar.top, 0);
+    EXPECT_GT(bar.bottom - bar.top, bar.right - bar.left) << "standing on end";
+}
+
+TEST(Frame, F6AndShiftF6LeaveTheFocusInTheText)
+{
+    QuillonTestApp app(L"quillonTests-frame");
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    winFrame* frame = app.mainFrame();
+    ShowWindow(frame->hwnd(), SW_SHOW);
+    SetForegroundWindow(frame->hwnd());
+    BYTE saved[256] = {}, keys[256] = {};
+    GetKeyboardState(saved);
+    std::copy(std::begin(saved), std::end(saved), keys);
+    for (bool shift : {false, true}) {
+        keys[VK_SHIFT] = shift ? 0x80 : 0;
+        SetKeyboardState(keys);
+        SetFocus(frame->toolBar()->hwnd());
+        MSG f6 = {frame->toolBar()->hwnd(), WM_KEYDOWN, VK_F6, 0x00400001, 0, {}};
+        EXPECT_TRUE(app.preTranslateMessage(f6)) << "shift " << shift;
+        EXPECT_EQ(GetFocus(), frame->activeView()->hwnd()) << "shift " << shift;
+    }
+    SetKeyboardState(saved);
+}
+
+// The product's own application, its message boxes and file dialogs answered, and a frame whose help file
+// is missing.
+class HelplessFrame : public qwzCMainFrame
+{
+public:
+    std::wstring helpFile() const override
+    {
+        return winText::fromUtf8(qt::hostPath(qt::scratchDir("frame-no-help"))) + L"\\quillon.chm";
+    }
+};
+
+class WalkApp : public qwzCQuillonApp
+{
+public:
+    std::vector<wt::TestApp::Box> boxes;
+    WalkApp()
+    {
+        // as the program's start-up does: the version dialog is a rich-edit control
+        LoadLibraryW(L"Msftedit.dll");
+        setAppName(L"quillonTests-walk");
+        setRegistryKey(L"QuillonTests");
+        addDocTemplate(winDocTemplate::make<qwzCQuillonDoc, qwzCQuillonView, HelplessFrame>(HelplessFrame::resourceId));
+    }
+    int messageBox(const std::wstring& text, UINT type, HWND) override
+    {
+        boxes.push_back({text, type});
+        return IDCANCEL;
+    }
+    bool promptFileName(bool, std::wstring&) override
+    {
+        return false;
+    }
+};
+
+// Cancels every dialog of this thread that comes up while it lives.
+class DialogCanceller
+{
+public:
+    DialogCanceller() : timer_(SetTimer(nullptr, 0, 50, tick)) {}
+    ~DialogCanceller()
+    {
+        KillTimer(nullptr, timer_);
+    }
+
+private:
+    static void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
+    {
+        EnumThreadWindows(GetCurrentThreadId(), cancel, 0);
+    }
+    static BOOL CALLBACK cancel(HWND window, LPARAM)
+    {
+        wchar_t name[16] = {};
+        GetClassNameW(window, name, 16);
+        if (IsWindowVisible(window) && std::wstring(name) == L"#32770")
+            PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+        return TRUE;
+    }
+    UINT_PTR timer_;
+};
+
+TEST(Frame, EveryMenuCommandIsHandledOrGreyed)
+{
+    // a version check, once there is one, must not go out to the network
+    qt::setEnv("QWZ_PRODUCT_SERVER", "http://127.0.0.1:9");
+    WalkApp app;
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    winFrame* frame = app.mainFrame();
+    frame->activeView()->setText(L"some text");
+    frame->activeView()->setSelection(0, 4);
+    struct Item {
+        HMENU popup;
+        int index;
+        unsigned id;
+    };
+    std::vector<Item> items;
+    HMENU bar = GetMenu(frame->hwnd());
+    for (int p = 0; p < GetMenuItemCount(bar); ++p)
+        for (int i = 0, n = GetMenuItemCount(GetSubMenu(bar, p)); i < n; ++i)
+            if (UINT id = GetMenuItemID(GetSubMenu(bar, p), i); id != 0 && id != UINT(-1))
+                items.push_back({GetSubMenu(bar, p), p, id});
+    // Exit goes last: it ends the window
+    std::stable_partition(items.begin(), items.end(), [](const Item& item) { return item.id != 57665; });
+    DialogCanceller canceller;
+    int handled = 0;
+    for (const Item& item : items) {
+        SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(item.popup), item.index);
+        if (GetMenuState(item.popup, item.id, MF_BYCOMMAND) & MF_GRAYED)
+            continue;
+        EXPECT_TRUE(frame->routeCommand(item.id)) << "command " << item.id << " is enabled but nothing handles it";
+        ++handled;
+    }
+    EXPECT_GE(handled, 10);
+    EXPECT_EQ(frame->hwnd(), nullptr) << "Exit closed the window";
+    MSG quit;
+    while (PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+    }
+    // Help found no help file
+    auto help = std::find_if(app.boxes.begin(), app.boxes.end(),
+                             [](const wt::TestApp::Box& box) { return box.text == L"Unable to find the help file"; });
+    ASSERT_NE(help, app.boxes.end());
+    EXPECT_EQ(help->type & MB_ICONMASK, UINT(MB_ICONERROR));
+    qt::setEnv("QWZ_PRODUCT_SERVER", nullptr);
+}
+
+// Claims Check for Quillon Updates and About only when told to.
+class ClaimingApp : public QuillonTestApp
+{
+public:
+    bool claim = false;
+    ClaimingApp() : QuillonTestApp(L"quillonTests-frame") {}
+    bool onUpdateCommand(unsigned id, winCommandState& state) override
+    {
+        if (id != 285 && id != 57664)
+            return QuillonTestApp::onUpdateCommand(id, state);
+        state.enabled = true;
+        return claim;
+    }
+};
+
+TEST(Frame, ACommandIsGreyedUntilSomethingHandlesIt)
+{
+    ClaimingApp app;
+    ASSERT_NE(app.openDocumentFile(L""), nullptr);
+    winFrame* frame = app.mainFrame();
+    HMENU help = GetSubMenu(GetMenu(frame->hwnd()), 3);
+    HWND bar = frame->toolBar()->hwnd();
+    for (bool claim : {false, true}) {
+        app.claim = claim;
+        SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(help), 3);
+        frame->onIdleUpdate();
+        EXPECT_EQ((GetMenuState(help, 285, MF_BYCOMMAND) & MF_GRAYED) == 0, claim);
+        EXPECT_EQ(SendMessageW(bar, TB_ISBUTTONENABLED, 57664, 0) != 0, claim);
+    }
+}
+
+} // namespace

@@ -1,0 +1,35 @@
+// The HTML Help viewer's one entry point, bound late so that a program that never asks for help never
+// loads it.
+#include "win/winHtmlHelp.h"
+
+namespace
+{
+
+using HtmlHelpProc = HWND(WINAPI*)(HWND caller, LPCWSTR file, UINT command, DWORD_PTR data);
+const UINT displayTopicCommand = 0; // HH_DISPLAY_TOPIC
+
+HtmlHelpProc entryPoint()
+{
+    static bool tried = false;
+    static HtmlHelpProc proc = nullptr;
+    if (!tried) {
+        tried = true;
+        // kept loaded: the viewer's windows live in it
+        if (HMODULE library = LoadLibraryW(L"hhctrl.ocx"))
+            proc = reinterpret_cast<HtmlHelpProc>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpW")));
+    }
+    return proc;
+}
+
+} // namespace
+
+namespace winHtmlHelp
+{
+
+HWND displayTopic(const std::wstring& file)
+{
+    HtmlHelpProc proc = entryPoint();
+    return proc ? proc(nullptr, file.c_str(), displayTopicCommand, 0) : nullptr;
+}
+
+} // namespace winHtmlHelp
