@@ -219,7 +219,7 @@ void winFrame::saveBarState() const
     if (!app || !toolBar_ || !statusBar_)
         return;
     winBarState state;
-    state.toolBarVisible = barVisible(toolBarId);
+    state.toolBarVisible = barVisible(toolBarId) || toolBarHiddenForOverlay_;
     state.toolBarSide = toolBar_->side();
     state.statusBarVisible = barVisible(statusBarId);
     state.save(app->profileKey());
@@ -279,7 +279,8 @@ bool winFrame::onCommand(unsigned id)
     case statusBarId:
         if (!barWindow(id))
             return false;
-        showBar(id, !barVisible(id));
+        if (!(id == toolBarId && overlay_))
+            showBar(id, !barVisible(id));
         return true;
     case nextPaneCommand:
     case prevPaneCommand:
@@ -298,8 +299,8 @@ bool winFrame::onUpdateCommand(unsigned id, winCommandState& state)
     case statusBarId:
         if (!barWindow(id))
             return false;
-        state.enabled = true;
-        state.checked = barVisible(id);
+        state.enabled = !(id == toolBarId && overlay_);
+        state.checked = barVisible(id) || (id == toolBarId && toolBarHiddenForOverlay_);
         return true;
     case nextPaneCommand:
     case prevPaneCommand:
@@ -410,6 +411,15 @@ void winFrame::setViewOverlay(HWND overlay, winCommandTarget* target)
     HWND view = view_ ? view_->hwnd() : nullptr;
     if (view)
         ShowWindow(view, overlay ? SW_HIDE : SW_SHOW);
+    if (HWND bar = barWindow(toolBarId)) {
+        if (overlay && shown(bar)) {
+            ShowWindow(bar, SW_HIDE);
+            toolBarHiddenForOverlay_ = true;
+        } else if (!overlay && toolBarHiddenForOverlay_) {
+            ShowWindow(bar, SW_SHOWNA);
+            toolBarHiddenForOverlay_ = false;
+        }
+    }
     recalcLayout();
     if (overlay)
         ShowWindow(overlay, SW_SHOW);

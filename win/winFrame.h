@@ -188,4 +188,6 @@ private:
     bool prompting_ = false;
     HWND overlay_ = nullptr;
     winCommandTarget* overlayTarget_ = nullptr;
+    // the toolbar the user chose to see, stepped aside while an overlay brings its own bar
+    bool toolBarHiddenForOverlay_ = false;
 };

@@ -152,6 +152,9 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     ASSERT_NE(preview, nullptr);
     auto shown = [](HWND window) { return (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE) != 0; };
     EXPECT_FALSE(shown(view->hwnd())) << "the preview takes the view's place";
+    HWND toolBar = GetDlgItem(frame, 59392);
+    ASSERT_NE(toolBar, nullptr);
+    EXPECT_FALSE(shown(toolBar)) << "the preview's own bar stands in for the toolbar";
 
     using P = winPrintPreview;
     const PreviewStep steps[] = {
@@ -187,6 +190,8 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     for (unsigned id : {57643u, 57635u, 57634u, 57637u, 57642u, 57636u, 253u})
         EXPECT_TRUE(greyed(1, id)) << "edit command " << id << " on the hidden view";
     EXPECT_TRUE(greyed(0, 57609)) << "Print Preview while previewing";
+    EXPECT_TRUE(greyed(2, 59392)) << "View > Toolbar while the preview's bar stands in";
+    EXPECT_TRUE(GetMenuState(GetSubMenu(menu, 2), 59392, MF_BYCOMMAND) & MF_CHECKED) << "the user's choice kept";
     EXPECT_FALSE(greyed(0, 57607)) << "Print";
     EXPECT_FALSE(greyed(0, 57606)) << "Print Setup";
     SendMessageW(frame, WM_COMMAND, 57642, 0); // Select All does nothing while hidden
@@ -197,6 +202,7 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     SendMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
     EXPECT_EQ(view->preview(), nullptr) << "Esc closes the preview";
     EXPECT_TRUE(shown(view->hwnd()));
+    EXPECT_TRUE(shown(toolBar)) << "the toolbar comes back with the view";
     EXPECT_EQ(GetFocus(), view->hwnd());
     view->selection(start, end);
     EXPECT_EQ(std::vector<size_t>({start, end}), std::vector<size_t>({7, 9})) << "the caret where it was";
