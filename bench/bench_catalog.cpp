@@ -4,6 +4,8 @@
 // With "--lookups N [hit|miss] [hash|nohash]" it only runs N lookups on a 1,000-message catalog (callgrind).
 #include <benchmark/benchmark.h>
 
+#include "bench/benchRatio.h"
+
 #include <libintl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -219,20 +221,6 @@ void plainRead(benchmark::State& state, const Catalog* c)
         std::free(image);
     }
 }
-
-// Keeps every run's time per iteration by name, to print the ratios after the table.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration)
-                ns[run.benchmark_name()] = run.GetAdjustedCPUTime(); // the machine is shared: CPU time is steadier
-    }
-    std::map<std::string, double> ns;
-};
 
 std::string name(const char* what, const Catalog& c)
 {

@@ -3,6 +3,8 @@
 // The measure is a table of advances behind a virtual call, as the printer's cached measure is.
 #include <benchmark/benchmark.h>
 
+#include "bench/benchRatio.h"
+
 #include <cstdio>
 #include <map>
 #include <random>
@@ -82,19 +84,6 @@ void convertForTheView(benchmark::State& state)
     }
     state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(text.size()));
 }
-
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration)
-                ns[run.benchmark_name()] = run.GetAdjustedCPUTime(); // the machine is shared: CPU time is steadier
-    }
-    std::map<std::string, double> ns;
-};
 
 } // namespace
 

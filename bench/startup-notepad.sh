@@ -16,9 +16,8 @@ work=$root/build/bench-startup-notepad
 win=$root/build/windows
 runs=${STARTUP_BENCH_RUNS:-11}
 cold_runs=${STARTUP_BENCH_COLD_RUNS:-7}
-export WINEPREFIX=$work/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
-wine=/usr/lib/wine/wine64
-wineserver=/usr/lib/wine/wineserver64
+export QUILLON_WINEPREFIX=$work/wineprefix
+wine=$root/cmake/wine-run.sh
 python=/usr/bin/python3
 
 if [ -z "${QUILLON_NOTEPAD_BENCH_INNER:-}" ]; then
@@ -29,13 +28,8 @@ if [ -z "${QUILLON_NOTEPAD_BENCH_INNER:-}" ]; then
     exec env QUILLON_NOTEPAD_BENCH_INNER=1 xvfb-run -a -s "-screen 0 1280x1024x24" bash "$0"
 fi
 
-if [ ! -f "$WINEPREFIX/.ready" ]; then
-    mkdir -p "$WINEPREFIX"
-    "$wine" wineboot -i >/dev/null 2>&1 || true
-    "$wineserver" -w
-    touch "$WINEPREFIX/.ready"
-fi
-trap '"$wineserver" -k 2>/dev/null || true' EXIT
+"$wine" --boot
+trap '"$wine" --server -k 2>/dev/null || true' EXIT
 
 rows=(
     "quillon|Quillon|QWZ_DISABLE_STARTUP_VERSION_CHECK=1|$win/dist/Quillon/sys/exec/quillon.exe"
@@ -56,15 +50,15 @@ fastest() { sort -n | head -1; }
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.3f", (b > 0) ? a / b : 0 }'; }
 
 declare -A warm=() cold=()
-"$wineserver" -p
+"$wine" --server -p
 for row in "${rows[@]}"; do measure "$row" >/dev/null; done # unmeasured: Wine's files in the page cache
 for ((r = 0; r < runs; r++)); do
     for row in "${rows[@]}"; do warm[${row%%|*}]+="$(measure "$row") "; done
 done
 for ((r = 0; r < cold_runs; r++)); do
     for row in "${rows[@]}"; do
-        "$wineserver" -k 2>/dev/null || true
-        "$wineserver" -w
+        "$wine" --server -k 2>/dev/null || true
+        "$wine" --server -w
         cold[${row%%|*}]+="$(measure "$row") "
     done
 done

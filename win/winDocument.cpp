@@ -15,19 +15,6 @@ namespace
 
 enum : unsigned { cmdSave = 57603, cmdSaveAs = 57604 };
 
-std::wstring fullPath(const std::wstring& path)
-{
-    DWORD need = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    if (need == 0)
-        return path;
-    std::wstring out(need, L'\0');
-    DWORD got = GetFullPathNameW(path.c_str(), need, out.data(), nullptr);
-    if (got == 0 || got >= need)
-        return path;
-    out.resize(got);
-    return out;
-}
-
 std::wstring fileNameOf(const std::wstring& path)
 {
     size_t cut = path.find_last_of(L"\\/:");
@@ -70,7 +57,7 @@ void winDocument::setTitle(const std::wstring& title)
 
 void winDocument::setPathName(const std::wstring& path, bool addToRecentFiles)
 {
-    pathName_ = fullPath(path);
+    pathName_ = winSafeSave::fullPath(path);
     setTitle(fileNameOf(pathName_));
     if (addToRecentFiles)
         if (winApp* app = winApp::instance())
@@ -188,7 +175,7 @@ bool winDocument::isSameFile(const std::wstring& a, const std::wstring& b)
 {
     if (a.empty() || b.empty())
         return false;
-    std::wstring fullA = fullPath(a), fullB = fullPath(b);
+    std::wstring fullA = winSafeSave::fullPath(a), fullB = winSafeSave::fullPath(b);
     return CompareStringOrdinal(fullA.c_str(), int(fullA.size()), fullB.c_str(), int(fullB.size()), TRUE) == CSTR_EQUAL;
 }
 

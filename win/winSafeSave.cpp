@@ -38,26 +38,13 @@ winSaveResult success()
     return r;
 }
 
-std::wstring fullPathOf(const std::wstring& path)
-{
-    DWORD need = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    if (need == 0)
-        return path;
-    std::wstring out(need, L'\0');
-    DWORD got = GetFullPathNameW(path.c_str(), need, out.data(), nullptr);
-    if (got == 0 || got >= need)
-        return path;
-    out.resize(got);
-    return out;
-}
-
 // The form the file functions take at any length: near or past MAX_PATH (our temporary names add up to
 // 20 characters), the full path in its "\\?\" form, which knows no "/" and no relative parts.
 std::wstring systemForm(const std::wstring& path)
 {
     if (path.size() + 20 < MAX_PATH || path.rfind(extendedPrefix, 0) == 0)
         return path;
-    std::wstring full = fullPathOf(path);
+    std::wstring full = winSafeSave::fullPath(path);
     std::replace(full.begin(), full.end(), L'/', L'\\');
     if (full.rfind(L"\\\\", 0) == 0)
         return extendedUncPrefix + full.substr(2);
@@ -190,6 +177,19 @@ winSaveResult replaceExisting(const std::wstring& path, const std::wstring& temp
 void winSafeSave::setTestHook(TestHook hook)
 {
     testHook = hook;
+}
+
+std::wstring winSafeSave::fullPath(const std::wstring& path)
+{
+    DWORD need = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    if (need == 0)
+        return path;
+    std::wstring out(need, L'\0');
+    DWORD got = GetFullPathNameW(path.c_str(), need, out.data(), nullptr);
+    if (got == 0 || got >= need)
+        return path;
+    out.resize(got);
+    return out;
 }
 
 std::wstring winSafeSave::directoryOf(const std::wstring& path)

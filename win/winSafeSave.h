@@ -41,4 +41,6 @@ public:
 
     // The directory part of `path` ("." for a bare name).
     static std::wstring directoryOf(const std::wstring& path);
+    // The full path of `path` (GetFullPathNameW), or `path` itself when the system cannot make one.
+    static std::wstring fullPath(const std::wstring& path);
 };
