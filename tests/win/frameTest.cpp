@@ -1,13 +1,12 @@
 // Quillon's frame as the user meets it: the toolbar made from the bitmap resources, the menu translated
-// to its last item, prompts and tooltips, the lock-key indicators, the bars' state across a restart, F6,
-// and the rule that every menu command is either handled or greyed.
+// to its last item, prompts and tooltips, the lock-key indicators and F6, the bars' state across a
+// restart, and the rule that every menu command has its prompt and is either handled or greyed.
 #include "quillonTestApp.h"
 
 #include "app/qwzAppCatalog.h"
 #include "app/qwzCQuillonApp.h"
 #include "app/qwzDib.h"
 #include "testSupport.h"
-#include "win/winBarState.h"
 #include "win/winStatusBar.h"
 #include "win/winText.h"
 #include "win/winToolBar.h"
@@ -22,16 +21,10 @@ namespace
 using qw::German;
 using qw::QuillonTestApp;
 
-qwzCMainFrame* frameOf(winApp& app)
-{
-    return static_cast<qwzCMainFrame*>(app.mainFrame());
-}
-
 TEST(Frame, ToolbarImagesLoadTopDownWithAndWithoutAlpha)
 {
-    const unsigned images[] = {57600, 57601, 57603, 57643, 57635, 57634, 57637, 57607, 57664};
     int results[3] = {};
-    for (unsigned id : images) {
+    for (unsigned id : {57600, 57601, 57603, 57643, 57635, 57634, 57637, 57607, 57664}) {
         SCOPED_TRACE("bitmap " + std::to_string(id));
         qwzDib dib;
         int result = dib.load(id);
@@ -60,7 +53,6 @@ TEST(Frame, ToolbarImagesLoadTopDownWithAndWithoutAlpha)
     EXPECT_EQ(newImage.alpha(34, 31), 255);
     EXPECT_GT(newImage.colour(34, 31).green, newImage.colour(34, 31).red);
     EXPECT_EQ(newImage.alpha(34, 8), 0);
-
     qwzDib missing;
     EXPECT_EQ(missing.load(1), 0);
     EXPECT_EQ(missing.bits(), nullptr);
@@ -82,11 +74,21 @@ COLORREF imagePixel(HIMAGELIST list, int index, int x, int y)
     return c;
 }
 
-TEST(Frame, ToolbarHasItsButtonsSizesAndGreyedTwins)
+// Quillon's frame on the plain test application, which handles neither About nor Check for Quillon Updates.
+class FrameWindow : public testing::Test
 {
-    QuillonTestApp app(L"quillonTests-frame");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    qwzCMainFrame* frame = frameOf(app);
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(app.openDocumentFile(L""), nullptr);
+        frame = static_cast<qwzCMainFrame*>(app.mainFrame());
+    }
+    QuillonTestApp app{L"quillonTests-frame"};
+    qwzCMainFrame* frame = nullptr;
+};
+
+TEST_F(FrameWindow, ToolbarHasItsButtonsSizesAndGreyedTwins)
+{
     HWND bar = frame->toolBar()->hwnd();
     EXPECT_EQ(GetDlgCtrlID(bar), 59392);
     std::vector<int> ids;
@@ -114,6 +116,14 @@ TEST(Frame, ToolbarHasItsButtonsSizesAndGreyedTwins)
     EXPECT_EQ(GetRValue(grey), GetBValue(grey));
     EXPECT_EQ(GetGValue(grey), GetBValue(grey));
     EXPECT_EQ(imagePixel(frame->disabledImages(), 8, 0, 0), GetSysColor(COLOR_BTNFACE));
+
+    // a command that nothing handles is greyed in the menu and on its button, however it was shown before
+    HMENU help = GetSubMenu(GetMenu(frame->hwnd()), 3);
+    SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(help), 3);
+    EXPECT_TRUE(GetMenuState(help, 285, MF_BYCOMMAND) & MF_GRAYED) << "Check for Quillon Updates";
+    frame->onIdleUpdate();
+    EXPECT_FALSE(SendMessageW(bar, TB_ISBUTTONENABLED, 57664, 0)) << "About";
+    EXPECT_TRUE(SendMessageW(bar, TB_ISBUTTONENABLED, 57600, 0)) << "New, which the application handles";
 }
 
 // The text of item `i` of `menu`, as stored.
@@ -179,7 +189,7 @@ TEST_F(German, PromptsAndTooltipsAreTheTranslatedHalves)
 {
     QuillonTestApp app(L"quillonTests-frame");
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    qwzCMainFrame* frame = frameOf(app);
+    qwzCMainFrame* frame = static_cast<qwzCMainFrame*>(app.mainFrame());
     const unsigned ids[] = {57600, 57616, 104, 1}; // with "\n", without, without and long, no string
     for (unsigned id : ids) {
         SCOPED_TRACE("string " + std::to_string(id));
@@ -200,11 +210,8 @@ TEST_F(German, PromptsAndTooltipsAreTheTranslatedHalves)
               wt::narrow(halves(59392).second));
 }
 
-TEST(Frame, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsFollowTheKeys)
+TEST_F(FrameWindow, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsAndF6FollowTheKeys)
 {
-    QuillonTestApp app(L"quillonTests-frame");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    qwzCMainFrame* frame = frameOf(app);
     winStatusBar* bar = frame->statusBar();
     EXPECT_EQ(wt::narrow(bar->paneText(0)), "Ready");
     frame->setMessageText(L"Checking for newer versions...");
@@ -217,6 +224,9 @@ TEST(Frame, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsFollowTheKeys)
     EXPECT_EQ(wt::narrow(bar->paneText(0)), "Checking for newer versions...");
     EXPECT_EQ(wt::narrow(frame->messageText()), "Checking for newer versions...");
 
+    // F6 and Shift+F6 find no other pane: the focus goes back to the text
+    ShowWindow(frame->hwnd(), SW_SHOW);
+    SetForegroundWindow(frame->hwnd());
     BYTE saved[256] = {}, keys[256] = {};
     GetKeyboardState(saved);
     std::copy(std::begin(saved), std::end(saved), keys);
@@ -224,11 +234,16 @@ TEST(Frame, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsFollowTheKeys)
         keys[VK_CAPITAL] = on ? 1 : 0; // bit 0: the lock is on
         keys[VK_NUMLOCK] = on ? 0 : 1;
         keys[VK_SCROLL] = on ? 1 : 0;
+        keys[VK_SHIFT] = on ? 0x80 : 0;
         SetKeyboardState(keys);
         frame->onIdleUpdate();
         EXPECT_EQ(bar->paneText(1), on ? L"CAP" : L"");
         EXPECT_EQ(bar->paneText(2), on ? L"" : L"NUM");
         EXPECT_EQ(bar->paneText(3), on ? L"SCRL" : L"");
+        SetFocus(frame->toolBar()->hwnd());
+        MSG f6 = {frame->toolBar()->hwnd(), WM_KEYDOWN, VK_F6, 0x00400001, 0, {}};
+        EXPECT_TRUE(app.preTranslateMessage(f6)) << "shift " << on;
+        EXPECT_EQ(GetFocus(), frame->activeView()->hwnd()) << "shift " << on;
     }
     SetKeyboardState(saved);
 }
@@ -240,67 +255,28 @@ bool checked(winFrame* frame, unsigned id)
     return GetMenuState(view, id, MF_BYCOMMAND) & MF_CHECKED;
 }
 
+// Both bars hidden stay hidden after a restart; the toolbar shown again and docked on another side across
+// restarts is checked end to end, where the user drags it.
 TEST(Frame, BarsKeepTheirStateAcrossARestart)
 {
     const std::wstring name = L"quillonTests-bars";
     wt::clearSettings(name);
-    {
+    for (bool restarted : {false, true}) {
         QuillonTestApp app(name);
         ASSERT_NE(app.openDocumentFile(L""), nullptr);
         winFrame* frame = app.mainFrame();
-        EXPECT_TRUE(checked(frame, 59392));
-        EXPECT_TRUE(checked(frame, 59393));
-        frame->routeCommand(59392);
-        frame->routeCommand(59393);
-        EXPECT_FALSE(checked(frame, 59392));
-        EXPECT_FALSE(checked(frame, 59393));
+        if (!restarted) {
+            EXPECT_TRUE(checked(frame, 59392) && checked(frame, 59393)) << "both bars shown at first";
+            frame->routeCommand(59392);
+            frame->routeCommand(59393);
+        }
+        EXPECT_FALSE(checked(frame, 59392)) << "restarted " << restarted;
+        EXPECT_FALSE(checked(frame, 59393)) << "restarted " << restarted;
         RECT client = {}, view = {};
         GetClientRect(frame->hwnd(), &client);
         GetWindowRect(frame->activeView()->hwnd(), &view);
-        EXPECT_EQ(view.bottom - view.top, client.bottom) << "the view takes the bars' place";
+        EXPECT_EQ(view.bottom - view.top, client.bottom) << "the view takes the bars' place; restarted " << restarted;
     }
-    {
-        QuillonTestApp again(name);
-        ASSERT_NE(again.openDocumentFile(L""), nullptr);
-        EXPECT_FALSE(checked(again.mainFrame(), 59392));
-        EXPECT_FALSE(checked(again.mainFrame(), 59393));
-        EXPECT_FALSE(IsWindowVisible(again.mainFrame()->toolBar()->hwnd()));
-        again.mainFrame()->routeCommand(59392);
-        EXPECT_TRUE(checked(again.mainFrame(), 59392));
-    }
-    // dragged to the left before the restart
-    winBarState state;
-    state.toolBarSide = winBarState::Left;
-    ASSERT_TRUE(state.save(L"Software\\QuillonTests\\" + name));
-    QuillonTestApp third(name);
-    ASSERT_NE(third.openDocumentFile(L""), nullptr);
-    RECT bar = {};
-    GetWindowRect(third.mainFrame()->toolBar()->hwnd(), &bar);
-    MapWindowPoints(nullptr, third.mainFrame()->hwnd(), reinterpret_cast<POINT*>(&bar), 2);
-    EXPECT_EQ(bar.left, 0);
-    EXPECT_EQ(bar.top, 0);
-    EXPECT_GT(bar.bottom - bar.top, bar.right - bar.left) << "standing on end";
-}
-
-TEST(Frame, F6AndShiftF6LeaveTheFocusInTheText)
-{
-    QuillonTestApp app(L"quillonTests-frame");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    winFrame* frame = app.mainFrame();
-    ShowWindow(frame->hwnd(), SW_SHOW);
-    SetForegroundWindow(frame->hwnd());
-    BYTE saved[256] = {}, keys[256] = {};
-    GetKeyboardState(saved);
-    std::copy(std::begin(saved), std::end(saved), keys);
-    for (bool shift : {false, true}) {
-        keys[VK_SHIFT] = shift ? 0x80 : 0;
-        SetKeyboardState(keys);
-        SetFocus(frame->toolBar()->hwnd());
-        MSG f6 = {frame->toolBar()->hwnd(), WM_KEYDOWN, VK_F6, 0x00400001, 0, {}};
-        EXPECT_TRUE(app.preTranslateMessage(f6)) << "shift " << shift;
-        EXPECT_EQ(GetFocus(), frame->activeView()->hwnd()) << "shift " << shift;
-    }
-    SetKeyboardState(saved);
 }
 
 // The product's own application, its message boxes and file dialogs answered, and a frame whose help file
@@ -363,7 +339,7 @@ private:
     UINT_PTR timer_;
 };
 
-TEST(Frame, EveryMenuCommandIsHandledOrGreyed)
+TEST(Frame, EveryMenuCommandHasItsPromptAndIsHandledOrGreyed)
 {
     // a version check, once there is one, must not go out to the network
     qt::setEnv("QWZ_PRODUCT_SERVER", "http://127.0.0.1:9");
@@ -383,11 +359,19 @@ TEST(Frame, EveryMenuCommandIsHandledOrGreyed)
         for (int i = 0, n = GetMenuItemCount(GetSubMenu(bar, p)); i < n; ++i)
             if (UINT id = GetMenuItemID(GetSubMenu(bar, p), i); id != 0 && id != UINT(-1))
                 items.push_back({GetSubMenu(bar, p), p, id});
+    EXPECT_GT(items.size(), 15u) << "the main menu was read";
     // Exit goes last: it ends the window
     std::stable_partition(items.begin(), items.end(), [](const Item& item) { return item.id != 57665; });
     DialogCanceller canceller;
     int handled = 0;
     for (const Item& item : items) {
+        // the string table gives each command a prompt and, after "\n", a tooltip; a recent file has a
+        // prompt only, as the menu shows its name
+        std::wstring prompt, tip = frame->tooltipText(item.id);
+        frame->GetMessageString(item.id, prompt);
+        EXPECT_FALSE(prompt.empty()) << "command " << item.id << " has no prompt";
+        EXPECT_TRUE(item.id == ID_FILE_MRU_FILE1 || (!tip.empty() && tip != prompt))
+            << "command " << item.id << ": tooltip " << wt::narrow(tip);
         SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(item.popup), item.index);
         if (GetMenuState(item.popup, item.id, MF_BYCOMMAND) & MF_GRAYED)
             continue;
@@ -405,37 +389,6 @@ TEST(Frame, EveryMenuCommandIsHandledOrGreyed)
     ASSERT_NE(help, app.boxes.end());
     EXPECT_EQ(help->type & MB_ICONMASK, UINT(MB_ICONERROR));
     qt::setEnv("QWZ_PRODUCT_SERVER", nullptr);
-}
-
-// Claims Check for Quillon Updates and About only when told to.
-class ClaimingApp : public QuillonTestApp
-{
-public:
-    bool claim = false;
-    ClaimingApp() : QuillonTestApp(L"quillonTests-frame") {}
-    bool onUpdateCommand(unsigned id, winCommandState& state) override
-    {
-        if (id != 285 && id != 57664)
-            return QuillonTestApp::onUpdateCommand(id, state);
-        state.enabled = true;
-        return claim;
-    }
-};
-
-TEST(Frame, ACommandIsGreyedUntilSomethingHandlesIt)
-{
-    ClaimingApp app;
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    winFrame* frame = app.mainFrame();
-    HMENU help = GetSubMenu(GetMenu(frame->hwnd()), 3);
-    HWND bar = frame->toolBar()->hwnd();
-    for (bool claim : {false, true}) {
-        app.claim = claim;
-        SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(help), 3);
-        frame->onIdleUpdate();
-        EXPECT_EQ((GetMenuState(help, 285, MF_BYCOMMAND) & MF_GRAYED) == 0, claim);
-        EXPECT_EQ(SendMessageW(bar, TB_ISBUTTONENABLED, 57664, 0) != 0, claim);
-    }
 }
 
 } // namespace
