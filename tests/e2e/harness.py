@@ -1,8 +1,9 @@
 # End-to-end helpers: start the real quillon.exe from the installation tree under Wine, find its windows
-# by title, send keys, read the clipboard, take screenshots. Every process a test starts is ended by pid;
+# by title, read their controls, send keys, take screenshots. Every process a test starts is ended by pid;
 # the prefix's wineserver is stopped once, at the end of a test file (end_wine in tearDownModule).
+import collections
+import gettext
 import os
-import re
 import signal
 import subprocess
 import time
@@ -18,14 +19,27 @@ WINE_RUN = os.path.join(SOURCE_DIR, "cmake", "wine-run.sh")
 WINDOW_TEXT = os.environ.get("QUILLON_WINDOW_TEXT", os.path.join(BUILD_DIR, "tests", "windowText.exe"))
 
 
-def wine_env(extra=None):
+def wine_env(extra=None, prefix=None):
     env = dict(os.environ)
+    prefix = prefix or WINEPREFIX
     # no start-up version check unless a test asks for one: tests never reach out to the maker's server
-    env.update({"WINEPREFIX": WINEPREFIX, "QUILLON_WINEPREFIX": WINEPREFIX, "WINEDEBUG": "-all",
+    env.update({"WINEPREFIX": prefix, "QUILLON_WINEPREFIX": prefix, "WINEDEBUG": "-all",
                 "WINEDLLOVERRIDES": "mscoree,mshtml=", "QWZ_DISABLE_STARTUP_VERSION_CHECK": "1"})
     if extra:
         env.update(extra)
     return env
+
+
+def wine(*args, env=None, prefix=None, timeout=300):
+    """Runs a Windows program (or wine-run.sh's --boot, --server) to its end in `prefix`, default the build's."""
+    return subprocess.run([WINE_RUN, *map(str, args)], env=wine_env(env, prefix), capture_output=True,
+                          timeout=timeout)
+
+
+def catalog(language):
+    """The installed catalog of `language`, as Python's gettext reads it."""
+    with open(os.path.join(DIST_DIR, "lib", "locale", language, "LC_MESSAGES", "quillon.mo"), "rb") as f:
+        return gettext.GNUTranslations(f)
 
 
 def wine_path(unix_path):
@@ -44,20 +58,10 @@ def scratch_dir(name):
 class Program:
     """One Windows program started through cmake/wine-run.sh; stop() ends it by its pid."""
 
-    def __init__(self, args, exe=EXE, env=None, cwd=None, stdout=None):
-        self.args = [WINE_RUN, exe] + list(args)
-        self.out_path = stdout
-        out = open(stdout, "wb") if stdout else subprocess.DEVNULL
-        try:
-            self.process = subprocess.Popen(self.args, env=wine_env(env), cwd=cwd, stdout=out,
-                                            stderr=subprocess.DEVNULL, start_new_session=True)
-        finally:
-            if stdout:
-                out.close()
+    def __init__(self, args, exe=EXE, env=None, prefix=None):
+        self.process = subprocess.Popen([WINE_RUN, str(exe)] + list(args), env=wine_env(env, prefix),
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
         self.pid = self.process.pid
-
-    def running(self):
-        return self.process.poll() is None
 
     def wait(self, timeout=60):
         """The exit status, or None when the program still runs after `timeout` seconds."""
@@ -99,18 +103,6 @@ def window_name(wid):
     return xdotool("getwindowname", wid)[1]
 
 
-def wait_title(wid, title_regex, timeout=30):
-    """Waits until the window's title matches; returns the title."""
-    deadline = time.monotonic() + timeout
-    title = window_name(wid)
-    while not re.search(title_regex, title):
-        if time.monotonic() > deadline:
-            raise AssertionError("title of %s: expected /%s/, came %r" % (wid, title_regex, title))
-        time.sleep(0.1)
-        title = window_name(wid)
-    return title
-
-
 def window_geometry(wid):
     """(x, y, width, height) of a window in root coordinates."""
     _, out = xdotool("getwindowgeometry", "--shell", wid)
@@ -134,39 +126,40 @@ def type_text(wid, text):
         raise AssertionError("xdotool type %r failed" % text)
 
 
-class Control:
-    """One window as tests/e2e/windowText.cpp reports it."""
+# One window as tests/e2e/windowText.cpp reports it; x, y, w, h in screen pixels.
+Control = collections.namedtuple("Control", "id cls enabled visible x y w h text")
 
-    def __init__(self, ident, cls, enabled, visible, text):
-        self.id, self.cls, self.enabled, self.visible, self.text = ident, cls, enabled, visible, text
 
-    def __repr__(self):
-        return "Control(%d, %r, enabled=%s, %r)" % (self.id, self.cls, self.enabled, self.text)
+def windows(*args, prefix=None):
+    """What windowText.exe reports (see there) as Controls, [] when nothing matches: what the program shows
+    in controls that xdotool cannot read."""
+    rows = []
+    for line in wine(WINDOW_TEXT, *args, prefix=prefix, timeout=120).stdout.decode("utf-8", "replace").splitlines():
+        f = line.rstrip("\r").split("\t", 8)
+        if len(f) == 9 and f[0].lstrip("-").isdigit():
+            rows.append(Control(int(f[0]), f[1], f[2] == "1", f[3] == "1", *map(int, f[4:8]), f[8]))
+    return rows
 
 
 def window_texts(cls):
-    """Every window of Win32 class `cls` in the prefix and its children, as Controls ([] when none):
-    what the program shows in controls that xdotool cannot read."""
-    result = subprocess.run([WINE_RUN, WINDOW_TEXT, cls], env=wine_env(), capture_output=True, timeout=60)
-    rows = []
-    for line in result.stdout.decode("utf-8", "replace").splitlines():
-        parts = line.split("\t", 4)
-        if len(parts) == 5 and parts[0].lstrip("-").isdigit():
-            rows.append(Control(int(parts[0]), parts[1], parts[2] == "1", parts[3] == "1", parts[4]))
-    return rows
+    """Every window of Win32 class `cls` in the prefix, each followed by its children."""
+    return windows(cls)
+
+
+def probe(title_part, prefix=None):
+    """The first visible top-level window whose title holds `title_part`, then its children."""
+    return windows("frame", title_part, prefix=prefix)
+
+
+def control(rows, control_id):
+    """The child with `control_id` among probe() rows, or None."""
+    return next((r for r in rows[1:] if r.id == control_id), None)
 
 
 def post_command(cls, command):
     """Posts WM_COMMAND `command` to the first visible top-level window of Win32 class `cls`."""
-    result = subprocess.run([WINE_RUN, WINDOW_TEXT, "command", cls, str(command)], env=wine_env(),
-                            capture_output=True, timeout=60)
-    if result.returncode != 0:
+    if wine(WINDOW_TEXT, "command", cls, command, timeout=60).returncode != 0:
         raise AssertionError("no window of class %s took command %d" % (cls, command))
-
-
-def clipboard():
-    result = subprocess.run(["xclip", "-o", "-selection", "clipboard"], capture_output=True, timeout=10)
-    return result.stdout.decode("utf-8", "replace") if result.returncode == 0 else None
 
 
 def eventually(probe, timeout=20, what="condition"):
@@ -254,31 +247,9 @@ class Image:
         return sum(1 for y in range(top, bottom) for x in range(self.width) if self.dark(x, y, limit))
 
 
-def probe(title_part, prefix=None):
-    """The first visible top-level window whose title holds `title_part`, then its children, read from
-    outside by windowText.exe (in `prefix`, default the build's): dicts with kind ("window" or "child"), id,
-    cls, x, y, w, h, visible, count (toolbar buttons, status-bar parts) and text. [] when none matches."""
-    env = {"WINEPREFIX": prefix, "QUILLON_WINEPREFIX": prefix} if prefix else None
-    done = subprocess.run([WINE_RUN, WINDOW_TEXT, "frame", title_part], env=wine_env(env), capture_output=True,
-                          timeout=120)
-    rows = []
-    for line in done.stdout.decode("utf-8", "replace").splitlines():
-        f = line.rstrip("\r").split("\t")
-        if len(f) >= 10:
-            rows.append({"kind": f[0], "id": int(f[1]), "cls": f[2], "x": int(f[3]), "y": int(f[4]), "w": int(f[5]),
-                         "h": int(f[6]), "visible": f[7] == "1", "count": int(f[8]), "text": "\t".join(f[9:])})
-    return rows
-
-
-def control(rows, control_id):
-    """The child with `control_id` among probe() rows, or None."""
-    return next((r for r in rows if r["kind"] == "child" and r["id"] == control_id), None)
-
-
 def end_wine():
     """Stops the prefix's wineserver and everything still running in it; call once per test file."""
-    subprocess.run([WINE_RUN, "--server", "-k"], env=wine_env(), stdout=subprocess.DEVNULL,
-                   stderr=subprocess.DEVNULL, timeout=60)
+    wine("--server", "-k", timeout=60)
 
 
 class QuillonTestCase(unittest.TestCase):

@@ -11,8 +11,7 @@ import harness as h
 TITLE_TAIL = " - Quillon"
 
 
-def tearDownModule():
-    h.end_wine()
+tearDownModule = h.end_wine
 
 
 def write(path, data):

@@ -13,8 +13,7 @@ import harness as h
 CHM = os.path.join(h.DIST_DIR, "file", "help", "quillon.chm")
 
 
-def tearDownModule():
-    h.end_wine()
+tearDownModule = h.end_wine
 
 
 class Links(html.parser.HTMLParser):
@@ -74,7 +73,7 @@ class HelpFile(unittest.TestCase):
 
 class HelpViewer(h.QuillonTestCase):
     def test_f1_opens_the_help_file_in_the_viewer(self):
-        self.start(env={"QWZ_DISABLE_STARTUP_VERSION_CHECK": "1"})
+        self.start()
         wid = h.wait_window(" - Quillon")
         h.key(wid, "F1")
         viewer = h.wait_window("^Quillon Help$")

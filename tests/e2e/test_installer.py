@@ -11,7 +11,7 @@ import zipfile
 from pathlib import Path
 
 import harness as h
-from test_usage import USAGE_MESSAGES, catalog
+from test_usage import USAGE_MESSAGES
 
 BUILD, VERSION = Path(h.BUILD_DIR), os.environ["QUILLON_PACKAGE_VERSION"]
 TREE = BUILD / "dist" / "Quillon"
@@ -23,17 +23,13 @@ UNINSTALL = r"HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Unins
 # Windows Installer's own records of what it installed, kept as empty keys once all is removed
 INSTALLER_RECORDS = (r"HKEY_LOCAL_MACHINE\Software\Classes\Installer",
                      r"HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Installer")
-h.WINEPREFIX = str(PREFIX)  # the harness's window probes look into this test's prefix
+h.WINEPREFIX = str(PREFIX)  # the harness's programs and window probes run in this test's prefix
 # no menu entries for the Linux desktop: the test writes nothing outside the build folder
-ENV = {"QUILLON_WINEPREFIX": str(PREFIX), "WINEPREFIX": str(PREFIX), "WINEDEBUG": "-all",
-       "WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe=d", "LC_ALL": "", "LC_MESSAGES": "", "LANG": ""}
+ENV = {"WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe=d", "LC_ALL": "", "LC_MESSAGES": "", "LANG": ""}
 
 
-def wine(*args, env=None, wait=True):
-    command, full = [h.WINE_RUN, *map(str, args)], {**os.environ, **ENV, **(env or {})}
-    if not wait:
-        return subprocess.Popen(command, env=full)
-    return subprocess.run(command, env=full, capture_output=True, timeout=600)
+def wine(*args, env=None):
+    return h.wine(*args, env={**ENV, **(env or {})}, timeout=600)
 
 
 def setUpModule():
@@ -91,7 +87,7 @@ class Packages(unittest.TestCase):
     def assertUsage(self, exe, languages=("English", "German"), variable="LC_ALL"):
         for language in languages:
             english = language == "English"
-            messages = USAGE_MESSAGES if english else [catalog(language).gettext(m) for m in USAGE_MESSAGES]
+            messages = USAGE_MESSAGES if english else [h.catalog(language).gettext(m) for m in USAGE_MESSAGES]
             # Wine reads a Linux path in the Linux locale's encoding, which LC_ALL would override
             done = wine(exe, "-help", env={variable: language, "LC_CTYPE": "C.UTF-8"})
             self.assertEqual(done.stdout.decode("utf-8"), "".join(messages).replace("\n", "\r\n"), language)
@@ -181,13 +177,13 @@ class Packages(unittest.TestCase):
 
     def refuse_older(self, newer):
         # with its user interface, as a double-click starts it: a message box (titled so by Wine) says why
-        installer = wine("msiexec", "/i", h.wine_path(MSI), wait=False)
+        installer = h.Program(["/i", h.wine_path(MSI)], exe="msiexec", env=ENV)
         box = h.wait_window("^Install Failed$")
         h.screenshot("installer-refuses-older", box)
         self.assertIn("A newer version of Quillon is already installed. Uninstall it first to install this older "
                       "version.", [c.text for c in h.window_texts("#32770")])
         h.key(box, "Return")
-        self.assertNotEqual(installer.wait(timeout=120), 0)
+        self.assertNotIn(installer.wait(timeout=120), (0, None), "refused, and ended")
         self.assertEqual(text(self.entry(registry(UNINSTALL))[1]["DisplayVersion"]), newer)
 
     def remove(self, files_before, keys_before):

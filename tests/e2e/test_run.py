@@ -1,7 +1,6 @@
 """`make run` as a newcomer meets it (scripts/run.sh, in the tests' prefix): Linux's locale variables are
 not Quillon's languages, the user's language follows the Linux one, a language chosen for Quillon still
 reaches it, and FILE is a Linux path."""
-import gettext
 import os
 import re
 import signal
@@ -13,19 +12,13 @@ import harness as h
 RUN = os.path.join(h.SOURCE_DIR, "scripts", "run.sh")
 
 
-def tearDownModule():
-    h.end_wine()
+tearDownModule = h.end_wine
 
 
 def run_env(**values):
     env = {k: v for k, v in os.environ.items() if k not in ("LC_ALL", "LC_MESSAGES", "LANG")}
     env.update(QUILLON_BUILD_DIR=h.BUILD_DIR, QUILLON_RUN_WINEPREFIX=h.WINEPREFIX, **values)
     return env
-
-
-def usage_start(language):
-    with open(os.path.join(h.DIST_DIR, "lib", "locale", language, "LC_MESSAGES", "quillon.mo"), "rb") as f:
-        return gettext.GNUTranslations(f).gettext("Usage:\n\n").replace("\n", "\r\n")
 
 
 class Run(unittest.TestCase):
@@ -39,7 +32,7 @@ class Run(unittest.TestCase):
                 done = subprocess.run([RUN, "-help"], env=run_env(**env), capture_output=True, timeout=120)
                 out = done.stdout.decode("utf-8")
                 self.assertEqual(done.returncode, 0, done.stderr)
-                self.assertTrue(out.startswith(usage_start(language)), out)
+                self.assertTrue(out.startswith(h.catalog(language).gettext("Usage:\n\n").replace("\n", "\r\n")), out)
 
     def test_file_is_a_linux_path(self):
         path = os.path.join(h.scratch_dir("run-file"), "my notes.txt")

@@ -1,14 +1,11 @@
 """The real quillon.exe from the installation tree as a command-line program: its usage text on standard
 output or in a log file, its exit status, and the message box when it has no installation tree."""
-import gettext
 import shutil
-import subprocess
 import unittest
 from pathlib import Path
 
 import harness as h
 
-DIST = Path(h.DIST_DIR)
 SCRATCH = Path(h.scratch_dir("usage"))
 
 # the seven string-table messages of the usage text, as the catalogs know them
@@ -20,13 +17,10 @@ LANGUAGES = ["German", "French", "Spanish", "Italian", "Japanese"]
 
 def run(args, env=None, exe=h.EXE):
     # the language comes from these or, when all are empty, from the Windows user locale (English here)
-    full_env = h.wine_env({"LC_ALL": "", "LC_MESSAGES": "", "LANG": ""})
-    full_env.update(env or {})
-    return subprocess.run([h.WINE_RUN, str(exe), *args], capture_output=True, timeout=60, env=full_env)
+    return h.wine(exe, *args, env={"LC_ALL": "", "LC_MESSAGES": "", "LANG": "", **(env or {})}, timeout=60)
 
 
-def tearDownModule():
-    h.end_wine()
+tearDownModule = h.end_wine
 
 
 class UsageText(unittest.TestCase):
@@ -58,18 +52,13 @@ class UsageText(unittest.TestCase):
         self.assertFalse(missing.exists())
 
 
-def catalog(language):
-    with open(DIST / "lib" / "locale" / language / "LC_MESSAGES" / "quillon.mo", "rb") as f:
-        return gettext.GNUTranslations(f)
-
-
 class TranslatedUsage(unittest.TestCase):
     """The usage text in each shipped language, as its installed catalog translates it."""
 
     def test_every_shipped_language(self):
         for language in LANGUAGES:
             with self.subTest(language=language):
-                expected = "".join(catalog(language).gettext(m) for m in USAGE_MESSAGES)
+                expected = "".join(h.catalog(language).gettext(m) for m in USAGE_MESSAGES)
                 self.assertNotEqual(expected, USAGE, "the catalog translates nothing")
                 done = run(["-help"], env={"LC_ALL": language})
                 self.assertEqual(done.returncode, 0, done.stderr)
@@ -93,7 +82,7 @@ class TranslatedUsage(unittest.TestCase):
         done = run([f"-logfile:{h.wine_path(log)}", "-help"], env={"LC_ALL": "German"})
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(log.read_bytes().decode("utf-8"),
-                         "".join(catalog("German").gettext(m) for m in USAGE_MESSAGES))
+                         "".join(h.catalog("German").gettext(m) for m in USAGE_MESSAGES))
 
 
 class CorruptCatalog(unittest.TestCase):
@@ -102,7 +91,7 @@ class CorruptCatalog(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.tree = Path(h.scratch_dir("corrupt-tree")) / "Quillon"
-        shutil.copytree(DIST, cls.tree)
+        shutil.copytree(h.DIST_DIR, cls.tree)
         mo = cls.tree / "lib" / "locale" / "German" / "LC_MESSAGES" / "quillon.mo"
         data = bytearray(mo.read_bytes())
         # the translations table now points far past the end of the file
@@ -121,7 +110,7 @@ class CorruptCatalog(unittest.TestCase):
     def test_other_languages_of_the_same_tree_are_unaffected(self):
         done = run(["-help"], env={"LC_ALL": "French"}, exe=self.exe)
         self.assertEqual(done.returncode, 0, done.stderr)
-        expected = "".join(catalog("French").gettext(m) for m in USAGE_MESSAGES)
+        expected = "".join(h.catalog("French").gettext(m) for m in USAGE_MESSAGES)
         self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
 
 

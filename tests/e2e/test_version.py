@@ -21,18 +21,12 @@ SAYS_OLDER = "This is OLDER than the latest downloadable version (4.3.4003)\n\nT
 NO_CONTACT = "Unable to contact %s\n\nYour Internet connection may need configuring."
 
 
-def tearDownModule():
-    h.end_wine()
+tearDownModule = h.end_wine
 
 
 def read(path):
     with open(path, encoding="utf-8") as f:
         return f.read()
-
-
-def helper(name, *args):
-    return subprocess.run([h.WINE_RUN, os.path.join(h.BUILD_DIR, "e2e-helpers", name + ".exe")] + list(args),
-                          env=h.wine_env(), capture_output=True, timeout=120)
 
 
 def dialog_text():
@@ -145,7 +139,8 @@ class SecureVersionCheck(ServerCase):
 
     @classmethod
     def root_store(cls, action):
-        done = helper("e2e_rootCertificate", action, h.wine_path(os.path.join(cls.pki, "ca.der")))
+        done = h.wine(os.path.join(h.BUILD_DIR, "e2e-helpers", "e2e_rootCertificate.exe"), action,
+                      h.wine_path(os.path.join(cls.pki, "ca.der")))
         if done.returncode != 0:
             raise AssertionError("could not %s the test authority" % action)
 

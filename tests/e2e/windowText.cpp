@@ -1,17 +1,16 @@
 // A probe for the end-to-end tests, run under Wine beside the program under test: what xdotool cannot
 // see, the Win32 view of another process's windows.
-//   windowText <class>              every window of that class (top-level or child) and its children, one
-//                                   line each: id, class, enabled, visible, text (UTF-8, "\n" escaped)
-//   windowText command <class> <id> posts command <id> to the first top-level window of that class
+//   windowText <class>              every window of that class (top-level or child), each followed by its
+//                                   children
 //   windowText frame <title part>   the first visible top-level window whose title holds the text, then
-//                                   its children: kind ("window"/"child"), id, class, left, top, width,
-//                                   height (screen pixels), visible, count (a toolbar's buttons, a status
-//                                   bar's parts, else 0), text (a status bar's: its first part)
+//                                   its children
+//   windowText command <class> <id> posts command <id> to the first visible top-level window of that class
+// One line a window: id, class, enabled, visible, left, top, width, height (screen pixels), text (a status
+// bar's first part; UTF-8, "\n" escaped).
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <cstdio>
+#include <cwchar>
 #include <string>
 #include <vector>
 
@@ -38,14 +37,6 @@ std::wstring classOf(HWND window)
     return name;
 }
 
-void print(HWND window)
-{
-    wchar_t text[4096] = {};
-    SendMessageTimeoutW(window, WM_GETTEXT, 4096, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000, nullptr);
-    std::printf("%d\t%s\t%d\t%d\t%s\n", GetDlgCtrlID(window), utf8(classOf(window)).c_str(),
-                IsWindowEnabled(window) ? 1 : 0, IsWindowVisible(window) ? 1 : 0, utf8(text).c_str());
-}
-
 std::wstring textOf(HWND window)
 {
     wchar_t text[4096] = {};
@@ -53,19 +44,14 @@ std::wstring textOf(HWND window)
     return text;
 }
 
-void printPlaced(const char* kind, HWND window)
+BOOL CALLBACK print(HWND window, LPARAM = 0)
 {
-    std::wstring name = classOf(window);
     RECT r = {};
     GetWindowRect(window, &r);
-    LRESULT count = 0;
-    if (name == TOOLBARCLASSNAMEW)
-        count = SendMessageW(window, TB_BUTTONCOUNT, 0, 0);
-    else if (name == STATUSCLASSNAMEW)
-        count = SendMessageW(window, SB_GETPARTS, 0, 0);
-    std::printf("%s\t%d\t%s\t%ld\t%ld\t%ld\t%ld\t%d\t%d\t%s\n", kind, GetDlgCtrlID(window), utf8(name).c_str(), r.left,
-                r.top, r.right - r.left, r.bottom - r.top, IsWindowVisible(window) ? 1 : 0, int(count),
-                utf8(textOf(window)).c_str());
+    std::printf("%d\t%s\t%d\t%d\t%ld\t%ld\t%ld\t%ld\t%s\n", GetDlgCtrlID(window), utf8(classOf(window)).c_str(),
+                IsWindowEnabled(window) ? 1 : 0, IsWindowVisible(window) ? 1 : 0, r.left, r.top, r.right - r.left,
+                r.bottom - r.top, utf8(textOf(window)).c_str());
+    return TRUE;
 }
 
 std::vector<HWND> found;
@@ -80,12 +66,6 @@ BOOL CALLBACK titled(HWND window, LPARAM)
     return TRUE;
 }
 
-BOOL CALLBACK printPlacedChild(HWND window, LPARAM)
-{
-    printPlaced("child", window);
-    return TRUE;
-}
-
 BOOL CALLBACK collectChild(HWND window, LPARAM)
 {
     if (classOf(window) == wanted)
@@ -95,15 +75,8 @@ BOOL CALLBACK collectChild(HWND window, LPARAM)
 
 BOOL CALLBACK collectTop(HWND window, LPARAM)
 {
-    if (classOf(window) == wanted)
-        found.push_back(window);
+    collectChild(window, 0);
     EnumChildWindows(window, collectChild, 0);
-    return TRUE;
-}
-
-BOOL CALLBACK printChild(HWND window, LPARAM)
-{
-    print(window);
     return TRUE;
 }
 
@@ -111,23 +84,15 @@ BOOL CALLBACK printChild(HWND window, LPARAM)
 
 int wmain(int argc, wchar_t** argv)
 {
-    bool command = argc == 4 && std::wstring(argv[1]) == L"command";
-    if (argc == 3 && std::wstring(argv[1]) == L"frame") {
-        wanted = argv[2];
-        EnumWindows(titled, 0);
-        if (found.empty())
-            return 1;
-        printPlaced("window", found[0]);
-        EnumChildWindows(found[0], printPlacedChild, 0);
-        return 0;
-    }
-    if (argc != 2 && !command) {
+    bool command = argc == 4 && !wcscmp(argv[1], L"command");
+    bool frame = argc == 3 && !wcscmp(argv[1], L"frame");
+    if (argc != 2 && !command && !frame) {
         std::fprintf(stderr,
-                     "usage: windowText <class> | windowText command <class> <id> | windowText frame <title>\n");
+                     "usage: windowText <class> | windowText frame <title> | windowText command <class> <id>\n");
         return 2;
     }
-    wanted = argv[command ? 2 : 1];
-    EnumWindows(collectTop, 0);
+    wanted = argv[argc == 2 ? 1 : 2];
+    EnumWindows(frame ? titled : collectTop, 0);
     if (command) {
         for (HWND window : found)
             if (!GetParent(window) && IsWindowVisible(window))
@@ -136,7 +101,7 @@ int wmain(int argc, wchar_t** argv)
     }
     for (HWND window : found) {
         print(window);
-        EnumChildWindows(window, printChild, 0);
+        EnumChildWindows(window, print, 0);
     }
     return found.empty() ? 1 : 0;
 }
