@@ -55,12 +55,31 @@ def scratch_dir(name):
     return path
 
 
+_server_kept = False
+
+
+def keep_wine():
+    """Keeps the prefix's wineserver, and with it the desktop, up between programs until end_wine: a
+    program started while an idle server shuts down can come up on a desktop that is going away."""
+    global _server_kept
+    if not _server_kept:
+        # not through wine(): the server lives on with whatever output it was given
+        subprocess.run([WINE_RUN, "--server", "-p"], env=wine_env(), stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, timeout=60)
+        _server_kept = True
+
+
 class Program:
-    """One Windows program started through cmake/wine-run.sh; stop() ends it by its pid."""
+    """One Windows program started through cmake/wine-run.sh; stop() ends it by its pid. What Wine says
+    on stderr goes to <artefacts>/wine-stderr.log, for the failure that no window explains."""
 
     def __init__(self, args, exe=EXE, env=None, prefix=None):
-        self.process = subprocess.Popen([WINE_RUN, str(exe)] + list(args), env=wine_env(env, prefix),
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        if prefix is None:
+            keep_wine()
+        os.makedirs(ARTIFACTS, exist_ok=True)
+        with open(os.path.join(ARTIFACTS, "wine-stderr.log"), "ab") as err:
+            self.process = subprocess.Popen([WINE_RUN, str(exe)] + list(args), env=wine_env(env, prefix),
+                                            stdout=subprocess.DEVNULL, stderr=err, start_new_session=True)
         self.pid = self.process.pid
 
     def wait(self, timeout=60):
@@ -250,6 +269,8 @@ class Image:
 def end_wine():
     """Stops the prefix's wineserver and everything still running in it; call once per test file."""
     wine("--server", "-k", timeout=60)
+    global _server_kept
+    _server_kept = False
 
 
 class QuillonTestCase(unittest.TestCase):
