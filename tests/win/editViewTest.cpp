@@ -1,74 +1,62 @@
 // The edit view as a user meets it: big texts are not cut, word wrap without a horizontal scroll bar,
 // the edit commands, and Find (next, up, down, match case, whole word) selecting the right range and
 // saying "Cannot find" in the system's message box.
-#include "winTestApp.h"
+#include "quillonTestApp.h"
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 namespace
 {
 
-struct ViewFixture {
+using wt::selection;
+using Range = std::pair<size_t, size_t>;
+
+class EditViewTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(app.openDocumentFile(L""), nullptr);
+        view = app.mainFrame()->activeView();
+        frame = app.mainFrame()->hwnd();
+    }
     wt::TestApp app{L"winTests-view"};
     winEditView* view = nullptr;
     HWND frame = nullptr;
-    ViewFixture()
-    {
-        if (app.openDocumentFile(L"")) {
-            view = app.mainFrame()->activeView();
-            frame = app.mainFrame()->hwnd();
-        }
-    }
-    std::pair<size_t, size_t> sel() const
-    {
-        size_t s = 0, e = 0;
-        view->selection(s, e);
-        return {s, e};
-    }
 };
 
-TEST(EditViewTest, BigTextsAreNotCutAndTheStyleWraps)
+TEST_F(EditViewTest, BigTextsAreNotCutAndTheStyleWraps)
 {
-    ViewFixture f;
-    ASSERT_NE(f.view, nullptr);
-    LONG style = GetWindowLongW(f.view->hwnd(), GWL_STYLE);
-    EXPECT_FALSE(style & WS_HSCROLL);
-    EXPECT_FALSE(style & ES_AUTOHSCROLL);
-    EXPECT_TRUE(style & WS_VSCROLL);
-    EXPECT_TRUE(style & ES_MULTILINE);
+    LONG style = GetWindowLongW(view->hwnd(), GWL_STYLE);
+    EXPECT_EQ(style & (WS_HSCROLL | ES_AUTOHSCROLL | WS_VSCROLL), WS_VSCROLL) << "wrapped: a vertical bar only";
 
     std::wstring big(200000, L'x');
     for (size_t i = 80; i < big.size(); i += 81)
         big[i] = L'\n';
     // EM_REPLACESEL honours the limit (typing and output channels use it)
-    SendMessageW(f.view->hwnd(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(big.c_str()));
-    EXPECT_EQ(f.view->textLength(), big.size());
-    EXPECT_EQ(f.view->text().size(), big.size());
-    ASSERT_TRUE(f.view->setText(big + big));
-    EXPECT_EQ(f.view->text(), big + big);
+    SendMessageW(view->hwnd(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(big.c_str()));
+    EXPECT_EQ(view->textLength(), big.size());
+    EXPECT_EQ(view->text().size(), big.size());
+    ASSERT_TRUE(view->setText(big + big));
+    EXPECT_EQ(view->text(), big + big);
 }
 
-TEST(EditViewTest, EditCommandsWorkThroughTheClipboardAndUndo)
+TEST_F(EditViewTest, EditCommandsWorkThroughTheClipboardAndUndo)
 {
-    ViewFixture f;
-    ASSERT_NE(f.view, nullptr);
-    HWND edit = f.view->hwnd();
-    ASSERT_TRUE(f.view->setText(L"hello world"));
-    EXPECT_EQ(SendMessageW(edit, EM_CANUNDO, 0, 0), 0) << "a new text has nothing to undo";
-    f.view->setSelection(0, 5);
-    SendMessageW(f.frame, WM_COMMAND, 57634, 0); // Copy
-    f.view->setSelection(11, 11);
-    SendMessageW(f.frame, WM_COMMAND, 57637, 0); // Paste
-    EXPECT_EQ(wt::narrow(f.view->text()), "hello worldhello");
-    SendMessageW(f.frame, WM_COMMAND, 57643, 0); // Undo
-    EXPECT_EQ(wt::narrow(f.view->text()), "hello world");
-    f.view->setSelection(5, 11);
-    SendMessageW(f.frame, WM_COMMAND, 57635, 0); // Cut
-    EXPECT_EQ(wt::narrow(f.view->text()), "hello");
-    SendMessageW(f.frame, WM_COMMAND, 57642, 0); // Select All
-    EXPECT_EQ(f.sel(), (std::pair<size_t, size_t>{0, 5}));
+    ASSERT_TRUE(view->setText(L"hello world"));
+    EXPECT_EQ(SendMessageW(view->hwnd(), EM_CANUNDO, 0, 0), 0) << "a new text has nothing to undo";
+    view->setSelection(0, 5);
+    SendMessageW(frame, WM_COMMAND, 57634, 0); // Copy
+    view->setSelection(11, 11);
+    SendMessageW(frame, WM_COMMAND, 57637, 0); // Paste
+    EXPECT_EQ(wt::narrow(view->text()), "hello worldhello");
+    SendMessageW(frame, WM_COMMAND, 57643, 0); // Undo
+    EXPECT_EQ(wt::narrow(view->text()), "hello world");
+    view->setSelection(5, 11);
+    SendMessageW(frame, WM_COMMAND, 57635, 0); // Cut
+    EXPECT_EQ(wt::narrow(view->text()), "hello");
+    SendMessageW(frame, WM_COMMAND, 57642, 0); // Select All
+    EXPECT_EQ(selection(*view), Range(0, 5));
 }
 
 struct FindCase {
@@ -78,7 +66,7 @@ struct FindCase {
     long expectStart; // -1: not found, selection unchanged
 };
 
-TEST(EditViewTest, FindSelectsTheRightRange)
+TEST_F(EditViewTest, FindSelectsTheRightRange)
 {
     // "Beta" 0, "beta_x" 14, "BETA" 21, "beta." 27, "Alpha" 33, "beta" 39, length 43
     const wchar_t* text = L"Beta alphabet beta_x BETA\r\nbeta. Alpha beta";
@@ -96,100 +84,52 @@ TEST(EditViewTest, FindSelectsTheRightRange)
         {L"beta", false, false, true, 39, 43, -1},  // nothing after the last
         {L"\u00c9T\u00c9", false, false, true, 0, 0, -1},
     };
-    ViewFixture f;
-    ASSERT_NE(f.view, nullptr);
-    f.view->setText(text);
+    view->setText(text);
     for (size_t i = 0; i < std::size(cases); ++i) {
         const FindCase& c = cases[i];
-        f.view->setSelection(c.selStart, c.selEnd);
-        bool found = f.view->findText(c.what, c.matchCase, c.wholeWord, c.down);
-        auto [s, e] = f.sel();
-        if (c.expectStart < 0) {
-            EXPECT_FALSE(found) << "case " << i;
-            EXPECT_EQ(s, c.selStart) << "case " << i;
-            EXPECT_EQ(e, c.selEnd) << "case " << i;
-        } else {
-            EXPECT_TRUE(found) << "case " << i;
-            EXPECT_EQ(s, size_t(c.expectStart)) << "case " << i;
-            EXPECT_EQ(e, size_t(c.expectStart) + wcslen(c.what)) << "case " << i;
-        }
+        view->setSelection(c.selStart, c.selEnd);
+        bool found = view->findText(c.what, c.matchCase, c.wholeWord, c.down);
+        Range expected = c.expectStart < 0 ? Range(c.selStart, c.selEnd)
+                                           : Range(size_t(c.expectStart), size_t(c.expectStart) + wcslen(c.what));
+        EXPECT_EQ(found, c.expectStart >= 0) << "case " << i;
+        EXPECT_EQ(selection(*view), expected) << "case " << i;
     }
 }
 
-// Closes the message box captioned `caption` of the UI thread and hands back its text: proves the real
-// message box path without leaving a box open. When none comes in time, a WM_QUIT ends whatever modal loop
-// the UI thread is in, so that the test fails at once instead of hanging until the run's time-out.
-std::wstring closeBoxOf(DWORD uiThread, const std::wstring& caption)
+TEST_F(EditViewTest, FindDialogMessagesSearchAndReportFailureInARealMessageBox)
 {
-    struct Search {
-        const std::wstring& caption;
-        HWND found;
-    };
-    for (int tries = 0; tries < 200; ++tries) {
-        Search search{caption, nullptr};
-        EnumThreadWindows(
-            uiThread,
-            [](HWND h, LPARAM out) -> BOOL {
-                auto* search = reinterpret_cast<Search*>(out);
-                wchar_t cls[16] = {}, title[128] = {};
-                GetClassNameW(h, cls, 16);
-                GetWindowTextW(h, title, 128);
-                if (std::wstring(cls) == L"#32770" && title == search->caption && GetDlgItem(h, 0xFFFF)) {
-                    search->found = h;
-                    return FALSE;
-                }
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        if (search.found) {
-            wchar_t text[512] = {};
-            GetDlgItemTextW(search.found, 0xFFFF, text, 512);
-            PostMessageW(search.found, WM_COMMAND, IDOK, 0);
-            return text;
-        }
-        Sleep(50);
-    }
-    PostThreadMessageW(uiThread, WM_QUIT, 0, 0);
-    return L"<no box within 10 s>";
-}
-
-TEST(EditViewTest, FindDialogMessagesSearchAndReportFailureInARealMessageBox)
-{
-    ViewFixture f;
-    ASSERT_NE(f.view, nullptr);
-    f.view->setText(L"one two one two");
-    SendMessageW(f.frame, WM_COMMAND, 57636, 0);
-    ASSERT_NE(f.view->findDialog(), nullptr);
+    view->setText(L"one two one two");
+    SendMessageW(frame, WM_COMMAND, 57636, 0);
+    ASSERT_NE(view->findDialog(), nullptr);
 
     wchar_t what[] = L"two";
     FINDREPLACEW fr = {};
     fr.lStructSize = sizeof fr;
     fr.Flags = FR_FINDNEXT | FR_DOWN;
     fr.lpstrFindWhat = what;
-    SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
-    EXPECT_EQ(f.sel(), (std::pair<size_t, size_t>{4, 7}));
-    SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
-    EXPECT_EQ(f.sel(), (std::pair<size_t, size_t>{12, 15}));
-    EXPECT_TRUE(f.app.boxes.empty());
+    auto findNext = [&] { SendMessageW(frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr)); };
+    findNext();
+    EXPECT_EQ(selection(*view), Range(4, 7));
+    findNext();
+    EXPECT_EQ(selection(*view), Range(12, 15));
+    EXPECT_TRUE(app.boxes.empty());
 
     // nothing after the last: the system's own message box says so, and closes
-    f.app.realBoxes = true;
+    app.realBoxes = true;
     std::wstring seen;
-    DWORD ui = GetCurrentThreadId();
-    std::thread closer([&] { seen = closeBoxOf(ui, f.app.appName()); });
-    SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
-    closer.join();
-    MSG quit;
-    while (PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
-    }
+    qw::whileModal(findNext, [&](HWND box) {
+        EXPECT_EQ(qw::textOf(box), app.appName());
+        seen = qw::textOf(GetDlgItem(box, 0xFFFF));
+        SendMessageW(box, WM_COMMAND, IDOK, 0);
+    });
     EXPECT_EQ(wt::narrow(seen), "Cannot find \"two\"");
-    ASSERT_EQ(f.app.boxes.size(), 1u);
-    EXPECT_EQ(f.app.boxes[0].type & MB_ICONMASK, UINT(MB_ICONINFORMATION));
-    EXPECT_EQ(f.sel(), (std::pair<size_t, size_t>{12, 15})) << "the last match stays selected";
+    ASSERT_EQ(app.boxes.size(), 1u);
+    EXPECT_EQ(app.boxes[0].type & MB_ICONMASK, UINT(MB_ICONINFORMATION));
+    EXPECT_EQ(selection(*view), Range(12, 15)) << "the last match stays selected";
 
     fr.Flags = FR_DIALOGTERM;
-    SendMessageW(f.frame, winEditView::findMessage(), 0, reinterpret_cast<LPARAM>(&fr));
-    EXPECT_EQ(f.view->findDialog(), nullptr);
+    findNext();
+    EXPECT_EQ(view->findDialog(), nullptr);
 }
 
 } // namespace

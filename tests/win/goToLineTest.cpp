@@ -10,7 +10,7 @@
 namespace
 {
 
-using qw::QuillonTestApp;
+using Range = std::pair<size_t, size_t>;
 
 std::wstring tenLines()
 {
@@ -20,33 +20,38 @@ std::wstring tenLines()
     return text;
 }
 
-size_t caret(QuillonTestApp& app)
-{
-    size_t start = 0, end = 0;
-    app.view()->selection(start, end);
-    EXPECT_EQ(start, end) << "an empty selection";
-    return start;
-}
-
 struct Seen {
     std::wstring label;
     std::wstring field;
 };
 
-// Runs Go To with the caret at `from`, types `typed` and presses OK (or Cancel when `ok` is false).
-Seen goTo(QuillonTestApp& app, size_t from, const std::wstring& typed, bool ok = true)
+class GoToLine : public testing::Test
 {
-    app.view()->setSelection(from, from);
-    Seen seen;
-    qw::whileModal([&] { app.mainFrame()->routeCommand(qwzCQuillonView::goToLineCommand); },
-                   [&](HWND dialog) {
-                       seen.label = qw::textOf(GetDlgItem(dialog, IDC_GOTO_LINE_LABEL));
-                       seen.field = qw::textOf(GetDlgItem(dialog, IDC_GOTO_LINE_NUMBER));
-                       SetDlgItemTextW(dialog, IDC_GOTO_LINE_NUMBER, typed.c_str());
-                       SendMessageW(dialog, WM_COMMAND, ok ? IDOK : IDCANCEL, 0);
-                   });
-    return seen;
-}
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(app.openDocumentFile(L""), nullptr);
+        app.view()->setText(tenLines());
+    }
+    // Runs Go To, types `typed` and presses OK (or Cancel when `ok` is false).
+    Seen goTo(const std::wstring& typed, bool ok = true)
+    {
+        Seen seen;
+        qw::whileModal([&] { app.mainFrame()->routeCommand(qwzCQuillonView::goToLineCommand); },
+                       [&](HWND dialog) {
+                           seen.label = qw::textOf(GetDlgItem(dialog, IDC_GOTO_LINE_LABEL));
+                           seen.field = qw::textOf(GetDlgItem(dialog, IDC_GOTO_LINE_NUMBER));
+                           SetDlgItemTextW(dialog, IDC_GOTO_LINE_NUMBER, typed.c_str());
+                           SendMessageW(dialog, WM_COMMAND, ok ? IDOK : IDCANCEL, 0);
+                       });
+        return seen;
+    }
+    Range selection() const
+    {
+        return wt::selection(*app.view());
+    }
+    qw::QuillonTestApp app{L"quillonTests-goto"};
+};
 
 struct Move {
     const wchar_t* typed;
@@ -56,7 +61,7 @@ struct Move {
     const char* why;
 };
 
-TEST(GoToLine, OffersTheCaretsLineAndMovesTheCaretToTheStartOfTheLineUnchecked)
+TEST_F(GoToLine, OffersTheCaretsLineAndMovesTheCaretToTheStartOfTheLineUnchecked)
 {
     const Move cases[] = {
         {L"1", 30, L"4", 0, "line 1 is the very start"},
@@ -67,46 +72,32 @@ TEST(GoToLine, OffersTheCaretsLineAndMovesTheCaretToTheStartOfTheLineUnchecked)
         {L"99", 30, L"4", 30, "past the end: the control answers -1 and the caret stays"},
         {L" 2 ", 0, L"1", 8, "blanks around the number are accepted"},
     };
-    QuillonTestApp app(L"quillonTests-goto");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    app.view()->setText(tenLines());
     for (const auto& c : cases) {
-        Seen seen = goTo(app, c.from, c.typed);
+        app.view()->setSelection(c.from, c.from);
+        Seen seen = goTo(c.typed);
         EXPECT_EQ(wt::narrow(seen.label), "Line Number (1-10):") << c.why;
         EXPECT_EQ(seen.field, c.offered) << c.why;
-        EXPECT_EQ(caret(app), c.to) << c.why;
+        EXPECT_EQ(selection(), Range(c.to, c.to)) << c.why;
         EXPECT_TRUE(app.boxes.empty()) << c.why << ": no range check";
     }
 }
 
-TEST(GoToLine, CancelLeavesTheSelectionAndAnEmptyViewOffersLineOne)
+TEST_F(GoToLine, CancelLeavesTheSelectionAndAnEmptyViewOffersLineOne)
 {
-    QuillonTestApp app(L"quillonTests-goto");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    Seen empty = goTo(app, 0, L"1", false);
+    app.view()->setSelection(3, 9);
+    goTo(L"7", false);
+    EXPECT_EQ(selection(), Range(3, 9));
+
+    app.view()->setText(L"");
+    Seen empty = goTo(L"1", false);
     EXPECT_EQ(empty.label, L"Line Number (1-1):");
     EXPECT_EQ(empty.field, L"1");
-
-    app.view()->setText(tenLines());
-    app.view()->setSelection(3, 9);
-    qw::whileModal([&] { app.mainFrame()->routeCommand(qwzCQuillonView::goToLineCommand); },
-                   [&](HWND dialog) {
-                       SetDlgItemTextW(dialog, IDC_GOTO_LINE_NUMBER, L"7");
-                       SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-                   });
-    size_t start = 0, end = 0;
-    app.view()->selection(start, end);
-    EXPECT_EQ(start, 3u);
-    EXPECT_EQ(end, 9u);
 }
 
 // The integer exchange refuses anything but an integer: the dialog stays open with the refused text
 // selected, and takes an integer after that.
-TEST(GoToLine, NotAnIntegerKeepsTheDialogOpenWithTheTextSelected)
+TEST_F(GoToLine, NotAnIntegerKeepsTheDialogOpenWithTheTextSelected)
 {
-    QuillonTestApp app(L"quillonTests-goto");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
-    app.view()->setText(tenLines());
     bool stillOpen = false, focused = false;
     DWORD start = 0, end = 0;
     qw::whileModal([&] { app.mainFrame()->routeCommand(qwzCQuillonView::goToLineCommand); },
@@ -125,20 +116,19 @@ TEST(GoToLine, NotAnIntegerKeepsTheDialogOpenWithTheTextSelected)
     EXPECT_TRUE(focused);
     ASSERT_EQ(app.boxes.size(), 1u);
     EXPECT_EQ(wt::narrow(app.boxes[0].text), "Enter an integer.");
-    EXPECT_EQ(caret(app), 16u) << "the integer typed after it was taken";
+    EXPECT_EQ(selection(), Range(16, 16)) << "the integer typed after it was taken";
 }
 
-TEST(GoToLine, LinesAreDisplayLinesWhenTextWraps)
+TEST_F(GoToLine, LinesAreDisplayLinesWhenTextWraps)
 {
-    QuillonTestApp app(L"quillonTests-goto");
-    ASSERT_NE(app.openDocumentFile(L""), nullptr);
     SetWindowPos(app.mainFrame()->hwnd(), nullptr, 0, 0, 400, 300, SWP_NOZORDER);
     app.view()->setText(std::wstring(500, L'w') + L"\r\nnext");
     LRESULT second = SendMessageW(app.view()->hwnd(), EM_LINEINDEX, 1, 0);
     ASSERT_GT(second, 0);
     ASSERT_LT(second, 500) << "the first file line wraps";
-    goTo(app, 0, L"2");
-    EXPECT_EQ(caret(app), static_cast<size_t>(second));
+    app.view()->setSelection(0, 0);
+    goTo(L"2");
+    EXPECT_EQ(selection(), Range(second, second));
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace qw
 {
 
@@ -15,12 +17,25 @@ namespace
 
 std::function<void(HWND)> pendingAction;
 bool acted = false;
+std::vector<HWND> upBefore; // modeless dialogs (Find) that are not the modal one
 
-BOOL CALLBACK findDialog(HWND window, LPARAM found)
+bool isDialog(HWND window)
 {
     wchar_t name[16] = {};
     GetClassNameW(window, name, 16);
-    if (IsWindowVisible(window) && std::wstring(name) == L"#32770") {
+    return IsWindowVisible(window) && std::wstring(name) == L"#32770";
+}
+
+BOOL CALLBACK collectDialog(HWND window, LPARAM list)
+{
+    if (isDialog(window))
+        reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
+BOOL CALLBACK findDialog(HWND window, LPARAM found)
+{
+    if (isDialog(window) && std::find(upBefore.begin(), upBefore.end(), window) == upBefore.end()) {
         *reinterpret_cast<HWND*>(found) = window;
         return FALSE;
     }
@@ -88,6 +103,8 @@ void whileModal(const std::function<void()>& open, const std::function<void(HWND
 {
     pendingAction = act;
     acted = false;
+    upBefore.clear();
+    EnumThreadWindows(GetCurrentThreadId(), collectDialog, reinterpret_cast<LPARAM>(&upBefore));
     UINT_PTR timer = SetTimer(nullptr, 0, 20, onTimer);
     open();
     if (!acted)

@@ -45,8 +45,8 @@ protected:
 // The installed catalogs' directory, as the program sees it.
 std::string installedLocale();
 
-// Calls `open`, which runs a modal dialog, and `act` on that dialog once it is shown; `act` must end it.
-// Fails the test when no dialog came up.
+// Calls `open`, which runs a modal dialog or message box, and `act` on it once it is shown (a dialog that
+// was up before, such as Find, is not it); `act` must end it. Fails the test when no dialog came up.
 void whileModal(const std::function<void()>& open, const std::function<void(HWND)>& act);
 
 // The text of a window, whole.

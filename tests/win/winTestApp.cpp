@@ -95,4 +95,11 @@ std::string narrow(const std::wstring& text)
     return winText::toUtf8(text);
 }
 
+std::pair<size_t, size_t> selection(const winEditView& view)
+{
+    size_t start = 0, end = 0;
+    view.selection(start, end);
+    return {start, end};
+}
+
 } // namespace wt

@@ -12,6 +12,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace wt
@@ -65,5 +66,8 @@ void clearSettings(const std::wstring& appName);
 
 // UTF-8 for failure messages.
 std::string narrow(const std::wstring& text);
+
+// The view's selection as {start, end}.
+std::pair<size_t, size_t> selection(const winEditView& view);
 
 } // namespace wt
