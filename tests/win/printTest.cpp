@@ -97,27 +97,20 @@ TEST_F(Print, PagesAndWrapsMeasuredOnThePrinter)
         EXPECT_EQ(last.empty() ? L"" : last[0], c.lastPageFirstRow) << c.name;
     }
 
+    // nothing lost at a wrap is the layout's unit test and the printed PDF's; here, the rows measured on the
+    // printer: each fits the frame, and a word too long for a row fills every row it breaks
     std::wstring sentence, word(300, L'm');
     for (int i = 0; i < 60; ++i)
-        sentence += (i ? L" word" : L"word") + std::to_wstring(i);
+        sentence += L"word" + std::to_wstring(i) + L" ";
     winTextPrinter printer(sentence + L"\r\n" + word, font());
     ASSERT_EQ(printer.beginPrinting(dc), 1u);
     std::vector<std::wstring> printed = rows(printer, 0);
-    std::wstring joinedSentence, joinedWord;
-    size_t row = 0;
-    for (; row < printed.size() && joinedSentence.size() < sentence.size(); ++row)
-        joinedSentence += (row ? L" " : L"") + printed[row];
-    EXPECT_EQ(joinedSentence, sentence) << "wrapped at blanks, nothing lost";
-    EXPECT_GT(row, 1u);
-    for (; row < printed.size(); ++row) {
-        joinedWord += printed[row];
-        if (row + 1 < printed.size()) {
-            EXPECT_GT(extent(dc, printed[row] + L"m"), printer.frame().width) << "row " << row << " breaks at the edge";
-        }
+    ASSERT_GT(printed.size(), 3u);
+    for (size_t row = 0; row < printed.size(); ++row) {
+        EXPECT_LE(extent(dc, printed[row]), printer.frame().width) << "row " << row;
+        bool brokenWord = printed[row][0] == L'm' && row + 1 < printed.size();
+        EXPECT_TRUE(!brokenWord || extent(dc, printed[row] + L"m") > printer.frame().width) << "row " << row;
     }
-    EXPECT_EQ(joinedWord, word);
-    for (const std::wstring& r : printed)
-        EXPECT_LE(extent(dc, r), printer.frame().width) << wt::narrow(r);
 }
 
 TEST_F(Print, PrintSetupsChoiceIsKeptForTheSession)
@@ -195,17 +188,14 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     EXPECT_FALSE(greyed(0, 57607)) << "Print";
     EXPECT_FALSE(greyed(0, 57606)) << "Print Setup";
     SendMessageW(frame, WM_COMMAND, 57642, 0); // Select All does nothing while hidden
-    size_t start = 0, end = 0;
-    view->selection(start, end);
-    EXPECT_EQ(start, 7u);
+    EXPECT_EQ(wt::selection(*view).first, 7u);
 
     SendMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
     EXPECT_EQ(view->preview(), nullptr) << "Esc closes the preview";
     EXPECT_TRUE(shown(view->hwnd()));
     EXPECT_TRUE(shown(toolBar)) << "the toolbar comes back with the view";
     EXPECT_EQ(GetFocus(), view->hwnd());
-    view->selection(start, end);
-    EXPECT_EQ(std::vector<size_t>({start, end}), std::vector<size_t>({7, 9})) << "the caret where it was";
+    EXPECT_EQ(wt::selection(*view), (std::pair<size_t, size_t>(7, 9))) << "the caret where it was";
     EXPECT_FALSE(greyed(1, 57642)) << "Select All back with the view";
 }
 
