@@ -21,10 +21,7 @@ TEST(EditOutput, TextIsAppendedAtTheEndAndTheUsersSelectionIsDropped)
     qwzCEditOutput(app.view()).write(utString("\xE2\x82\xAC!\n"));
     qwzCEditOutput(app.view()).write(utString());
     EXPECT_EQ(app.view()->text(), L"hello world\u20AC!\r\n") << "converted as the edit text's unit test says";
-    size_t start = 0, end = 0;
-    app.view()->selection(start, end);
-    EXPECT_EQ(start, 15u);
-    EXPECT_EQ(end, 15u);
+    EXPECT_EQ(wt::selection(*app.view()), (std::pair<size_t, size_t>(15, 15)));
     EXPECT_FALSE(SendMessageW(app.view()->hwnd(), EM_CANUNDO, 0, 0)) << "the insertion cannot be undone";
 }
 
