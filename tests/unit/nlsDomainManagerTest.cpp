@@ -190,16 +190,6 @@ TEST_F(nlsDomainManagerTest, TheLocaleNameTakesAnUnderscoreOnlyForTheUsersOwnLan
     nlsDomainManager::localeReportHook() = savedHook;
 }
 
-TEST_F(nlsDomainManagerTest, ACountryWithoutCatalogFallsBackToTheBareLanguage)
-{
-    qt::setEnv("LC_ALL", "English-GBR");
-    nlsDomain* d = nlsDomainManager::createDomain(dir("fallback").c_str(), "quillon");
-    EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Colour");
-    EXPECT_EQ(language(d), "English");
-    EXPECT_TRUE(reports().empty()) << "the fallback is silent";
-    nlsDomainManager::destroyDomain(d);
-}
-
 TEST_F(nlsDomainManagerTest, SettingTheLanguageForAllDomainsReloads)
 {
     qt::setEnv("LC_ALL", "English");
