@@ -59,11 +59,6 @@ protected:
     {
         return qt::dataPath(std::string("nls/") + variant);
     }
-    static std::string language(const nlsDomain* d)
-    {
-        nlsLanguage l = nlsDomainManager::domainLanguage(d);
-        return l.text() ? l.text() : "";
-    }
 
     nlsDataBase::ReportHook saved_ = nullptr;
 };
@@ -87,7 +82,6 @@ TEST_F(nlsDomainManagerTest, TheFirstNonEmptyVariableChoosesTheLanguage)
         qt::setEnv("LANG", c.lang);
         EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.chosen);
         nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
-        EXPECT_EQ(language(d), c.chosen);
         EXPECT_STREQ(nlsDomainManager::translate(d, "Open"), c.open) << "chosen " << c.chosen;
         nlsDomainManager::destroyDomain(d);
     }
