@@ -1,7 +1,7 @@
 // Language selection and catalog search through the domain manager, against msgfmt catalogs: the
-// environment, the user locale, fallback to the bare language, the language cache and the locale's name,
-// and the warnings that come out of it. (Switching translation off when no catalog is found, and a
-// corrupt catalog, which ends the program, are checked end to end.)
+// environment, the user locale, the language cache and the locale's name, and the warnings that come out
+// of it. (The silent fallback to the bare language, switching translation off when no catalog is found,
+// and a corrupt catalog, which ends the program, are checked end to end.)
 #include <gtest/gtest.h>
 
 #include <cstdlib>
