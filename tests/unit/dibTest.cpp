@@ -1,5 +1,5 @@
 // The toolbar's bitmap arithmetic against pixels computed by hand: the recolouring for the disabled
-// look (integer arithmetic truncating toward zero), the edge painter's frame, composing over a colour.
+// look (integer arithmetic truncating toward zero), the edge painter's styles, composing over a colour.
 #include <gtest/gtest.h>
 
 #include "app/qwzDib.h"
@@ -46,6 +46,7 @@ TEST(Dib, RecolourSpreadsBrightPixelsUpAndDarkPixelsDown)
          0,
          {200, 200, 200},
          {158, 129, 100}},
+        {"a given threshold is kept", grey128, grey192, white, 100, {100, 100, 100}, {192, 192, 192}},
         // a black middle computes threshold 0, and 256 - 0 is 0 modulo 256
         {"256 - t = 0 mod 256 gives grey 192", {50, 50, 50}, {0, 0, 0}, white, 0, {10, 200, 30}, grey192},
         {"the key still wins there", {50, 50, 50}, {0, 0, 0}, white, 0, magenta, magenta},
@@ -58,20 +59,42 @@ TEST(Dib, RecolourSpreadsBrightPixelsUpAndDarkPixelsDown)
     }
 }
 
-// The toolbar paints style 0 only (the other styles are called by nothing): a two-pixel frame in the
-// button face, the inside left as it was.
-TEST(Dib, EdgeStyleZeroPaintsTheTwoPixelFrameOnly)
+TEST(Dib, EdgeStylesPaintTheTwoPixelFrameOnly)
 {
+    struct EdgeCase {
+        int style;
+        C outerTopLeft, outerBottomRight, innerTopLeft, innerBottomRight;
+    };
+    const EdgeCase styles[] = {
+        {0, C::ButtonFace, C::ButtonFace, C::ButtonFace, C::ButtonFace},
+        {1, C::ButtonHighlight, C::WindowFrame, C::ButtonFace, C::ButtonFace},
+        {2, C::ButtonShadow, C::ButtonHighlight, C::ButtonFace, C::ButtonFace},
+        {3, C::ButtonHighlight, C::WindowFrame, C::ButtonHighlight, C::ButtonShadow},
+        {4, C::ButtonShadow, C::ButtonHighlight, C::WindowFrame, C::ButtonFace},
+        {5, C::WindowFrame, C::WindowFrame, C::ButtonFace, C::ButtonFace},
+    };
     const Rgb inside = {1, 2, 3};
-    qwzDib dib(6, 6, inside, 9);
-    dib.paintEdge(0);
-    for (int y = 0; y < 6; ++y) {
-        for (int x = 0; x < 6; ++x) {
-            bool frame = x < 2 || y < 2 || x > 3 || y > 3;
-            EXPECT_EQ(show(dib.colour(x, y)), show(frame ? platform::systemColour(C::ButtonFace) : inside))
-                << x << "," << y;
-            EXPECT_EQ(dib.alpha(x, y), frame ? 255 : 9) << x << "," << y;
-        }
+    auto sys = [](C c) { return show(platform::systemColour(c)); };
+    for (const EdgeCase& s : styles) {
+        qwzDib dib(6, 6, inside, 9);
+        dib.paintEdge(s.style);
+        SCOPED_TRACE("style " + std::to_string(s.style));
+        EXPECT_EQ(show(dib.colour(0, 0)), sys(s.outerTopLeft));
+        EXPECT_EQ(show(dib.colour(0, 3)), sys(s.outerTopLeft));
+        EXPECT_EQ(show(dib.colour(5, 5)), sys(s.outerBottomRight));
+        EXPECT_EQ(show(dib.colour(5, 0)), sys(s.outerBottomRight)) << "the shared corner is the bottom-right's";
+        EXPECT_EQ(show(dib.colour(1, 2)), sys(s.innerTopLeft));
+        EXPECT_EQ(show(dib.colour(4, 4)), sys(s.innerBottomRight));
+        EXPECT_EQ(dib.alpha(1, 1), 255);
+        for (int y = 2; y < 4; ++y)
+            for (int x = 2; x < 4; ++x)
+                EXPECT_EQ(show(dib.colour(x, y)), show(inside)) << x << "," << y;
+    }
+    for (int style : {-1, 6, 1000}) {
+        qwzDib dib(6, 6, inside, 9);
+        dib.paintEdge(style);
+        EXPECT_EQ(show(dib.colour(0, 0)), show(inside)) << "style " << style << " paints nothing";
+        EXPECT_EQ(dib.alpha(5, 5), 9);
     }
 }
 
