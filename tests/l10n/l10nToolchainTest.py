@@ -70,6 +70,10 @@ def set_msgstr(msgstr):
     return fn
 
 
+def retranslated(msgid, msgstr):
+    return lambda text: edit_entry(text, msgid, set_msgstr(msgstr))
+
+
 def drop_lines(pattern):
     return lambda block: "\n".join(line for line in block.split("\n") if not re.match(pattern, line))
 
@@ -86,7 +90,7 @@ class ShippedFiles(unittest.TestCase):
     def test_every_translation_is_a_language_the_build_installs(self):
         self.assertEqual(sorted(p.stem for p in (SRC / "locale").glob("*.po")), sorted(LANGUAGES))
 
-    def test_template_marks_printf_texts_and_names_their_ids(self):
+    def test_template_marks_printf_texts(self):
         entries = {e.msgid: e for e in entries_of(POT)}
         cases = [  # msgid, c-format expected
             (FILE_NOT_FOUND, True), (LINE_RANGE, True), (OLDER, True), ("Build Date: %s", True),
@@ -95,10 +99,6 @@ class ShippedFiles(unittest.TestCase):
             with self.subTest(msgid=msgid):
                 self.assertIn(msgid, entries)
                 self.assertEqual("c-format" in entries[msgid].flags, c_format)
-        text = POT.read_text(encoding="utf-8")
-        self.assertIn("#. string 252 IDS_GOTO_LINE_RANGE\n#, c-format\nmsgid \"Line Number (%d-%d):\"", text)
-        self.assertIn("#. menu 128 IDR_MAINFRAME: item 57600 ID_FILE_NEW\nmsgid \"&New\\tCtrl+N\"", text)
-        self.assertIn("#. dialog 249 IDD_GOTO_LINE: caption\nmsgid \"Go To Line\"", text)
 
 
 class PrintfConversions(unittest.TestCase):
@@ -110,8 +110,7 @@ class PrintfConversions(unittest.TestCase):
         original = (SRC / "locale" / "de.po").read_text(encoding="utf-8")
         with tempfile.TemporaryDirectory() as tmp:
             po = Path(tmp) / "de.po"
-            po.write_text(edit_entry(original, LINE_RANGE, set_msgstr("Zeilennummer (bis %2$d ab %1$d):")),
-                          encoding="utf-8")
+            po.write_text(retranslated(LINE_RANGE, "Zeilennummer (bis %2$d ab %1$d):")(original), encoding="utf-8")
             r = msgfmt(po, Path(tmp) / "de.mo")
             self.assertEqual(r.returncode, 0, r.stderr)
             r = check_po([po])
@@ -131,31 +130,25 @@ class Consistency(unittest.TestCase):
          'obsolete entry "Old text"'),
         ("fuzzy", "de", lambda t: edit_entry(t, "Untitled", lambda b: b.replace("msgid", "#, fuzzy\nmsgid", 1)),
          "marked fuzzy"),
-        ("untranslated", "ja", lambda t: edit_entry(t, "Ready", set_msgstr("")), "not translated"),
+        ("untranslated", "ja", retranslated("Ready", ""), "not translated"),
         ("c-format flag dropped", "de", lambda t: edit_entry(t, FILE_NOT_FOUND, drop_lines(r"#, c-format")),
          "c-format flag is missing"),
-        ("trailing newline lost", "fr", lambda t: edit_entry(t, "  Display this help\n",
-                                                             set_msgstr("  Affiche cette aide")),
+        ("trailing newline lost", "fr", retranslated("  Display this help\n", "  Affiche cette aide"),
          "ends in 0 line breaks"),
-        ("leading blanks lost", "es", lambda t: edit_entry(t, "  Run Quillon\n\n", set_msgstr("Ejecuta Quillon\n\n")),
+        ("leading blanks lost", "es", retranslated("  Run Quillon\n\n", "Ejecuta Quillon\n\n"),
          "leading blanks differ"),
-        ("tooltip separator lost", "it", lambda t: edit_entry(t, "Create a new document\nNew",
-                                                              set_msgstr("Crea un nuovo documento")),
+        ("tooltip separator lost", "it", retranslated("Create a new document\nNew", "Crea un nuovo documento"),
          "has 0 line breaks"),
-        ("access key repeated in a menu", "de", lambda t: edit_entry(t, "&Save\tCtrl+S",
-                                                                     set_msgstr("&Neu speichern\tCtrl+S")),
+        ("access key repeated in a menu", "de", retranslated("&Save\tCtrl+S", "&Neu speichern\tCtrl+S"),
          'access key "n" is already used'),
-        ("access key lost", "fr", lambda t: edit_entry(t, "&View", set_msgstr("Affichage")), 'no "&" access key'),
-        ("two access keys", "ja", lambda t: edit_entry(t, "&Edit", set_msgstr("&編集(&E)")), "more than one"),
-        ("shortcut translated", "de", lambda t: edit_entry(t, "&New\tCtrl+N", set_msgstr("&Neu\tStrg+N")),
-         'shortcut must stay "\\tCtrl+N"'),
-        ("%s dropped", "fr", lambda t: edit_entry(t, FILE_NOT_FOUND, set_msgstr("Erreur : fichier introuvable")),
+        ("access key lost", "fr", retranslated("&View", "Affichage"), 'no "&" access key'),
+        ("two access keys", "ja", retranslated("&Edit", "&編集(&E)"), "more than one"),
+        ("shortcut translated", "de", retranslated("&New\tCtrl+N", "&Neu\tStrg+N"), 'shortcut must stay "\\tCtrl+N"'),
+        ("%s dropped", "fr", retranslated(FILE_NOT_FOUND, "Erreur : fichier introuvable"),
          "the printf conversions must stay ['s']"),
-        ("%d and %s swapped", "es", lambda t: edit_entry(t, "Copyright (C) 2000-%d Tarvik",
-                                                         set_msgstr("Copyright (C) 2000-%s Tarvik")),
+        ("%d and %s swapped", "es", retranslated("Copyright (C) 2000-%d Tarvik", "Copyright (C) 2000-%s Tarvik"),
          "not ['s']"),
-        ("charset not UTF-8", "it", lambda t: t.replace("charset=UTF-8", "charset=ISO-8859-1", 1),
-         "charset=UTF-8"),
+        ("charset not UTF-8", "it", lambda t: t.replace("charset=UTF-8", "charset=ISO-8859-1", 1), "charset=UTF-8"),
     ]
 
     def test_each_fault_is_reported(self):
@@ -210,12 +203,10 @@ class NumberedInserts(unittest.TestCase):
 class StaleTemplate(unittest.TestCase):
     """A text changed in the sources without regenerating locale/quillon.pot fails with the way out."""
 
+    # one text of each source; which texts make_pot reads from a resource script is ResourceScriptTexts' test
     CASES = [  # name, file, old, new
-        ("string added", "strings.txt", '290 IDS_CHECKING_VERSION "Checking for newer versions..."',
-         '290 IDS_CHECKING_VERSION "Checking for newer versions..."\n291 IDS_NEW_TEXT "A new text"'),
         ("string reworded", "strings.txt", '"Untitled"', '"Unnamed"'),
         ("menu text changed", "quillon.rc", '"E&xit"', '"&Quit"'),
-        ("dialog caption changed", "quillon.rc", 'CAPTION "Go To Line"', 'CAPTION "Go to Line"'),
     ]
 
     def test_changed_sources_fail_the_comparison(self):

@@ -107,7 +107,6 @@ TEST(ubStreams, FailBitLinesAndNamesThroughTheStandardOperators)
     EXPECT_FALSE(missing.isOpen());
     ubOFStream refused(path.c_str(), noReplace);
     EXPECT_TRUE(refused.fail());
-    EXPECT_EQ(qt::readFile(path).size(), 3010u) << "no-replace left the file alone";
     ubOFStream later;
     later.open((dir + "/later").c_str(), std::ios_base::app);
     EXPECT_TRUE(later.good());

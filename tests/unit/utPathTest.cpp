@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "foundation/utPath.h"
 #include "foundation/utTextConversion.h"
@@ -103,41 +104,25 @@ TEST(utFileProbe, KindsOfRealEntries)
     EXPECT_FALSE(utIsRegularFile(utString()));
 }
 
+// (Writing and reading back through a non-ASCII name is the file streams' test.)
 TEST(utFileProbe, WideNamesWithNonAsciiCharacters)
 {
     std::string dir = qt::scratchDir("utFileProbeWide");
-    std::string name = dir + "/Gr\xC3\xBC\xC3\x9F"
+    const std::string leaf = "Gr\xC3\xBC\xC3\x9F"
                              "e-\xE6\x97\xA5\xE6\x9C\xAC.txt";
-    std::FILE* f = utOpenFile(name.c_str(), "wb");
-    ASSERT_NE(f, nullptr) << name;
-    std::fputs("wide", f);
+    std::FILE* f = utOpenFile((dir + "/" + leaf).c_str(), "wb");
+    ASSERT_NE(f, nullptr) << leaf;
     std::fclose(f);
-    f = utOpenFile(name.c_str(), "rb");
-    ASSERT_NE(f, nullptr);
-    char buf[8] = {};
-    EXPECT_EQ(std::fread(buf, 1, sizeof buf - 1, f), 4u);
-    std::fclose(f);
-    EXPECT_STREQ(buf, "wide");
     EXPECT_EQ(utOpenFile((dir + "/missing").c_str(), "rb"), nullptr);
     EXPECT_EQ(utOpenFile(nullptr, "rb"), nullptr);
-    utString path(name.c_str());
-    EXPECT_EQ(utProbe(path), utProbeRegular);
-    EXPECT_TRUE(utIsRegularFile(path));
-    EXPECT_TRUE(utIsDirectory(utString((dir + "/").c_str())));
+    EXPECT_EQ(utProbe(utString((dir + "/" + leaf).c_str())), utProbeRegular);
     // the name on disk is the wide name, not an ANSI rendering of it
-    int seen = 0;
+    std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(dir))) {
         std::u8string found = entry.path().filename().u8string();
-        EXPECT_EQ(std::string(found.begin(), found.end()), "Gr\xC3\xBC\xC3\x9F"
-                                                           "e-\xE6\x97\xA5\xE6\x9C\xAC.txt");
-        ++seen;
+        names.emplace_back(found.begin(), found.end());
     }
-    EXPECT_EQ(seen, 1);
-    std::string subdir = dir + "/\xC3\xBC-dir";
-    EXPECT_EQ(utProbe(utString(subdir.c_str())), utProbeFailed);
-    std::filesystem::create_directory(std::filesystem::path(std::u8string(subdir.begin(), subdir.end())));
-    EXPECT_EQ(utProbe(utString(subdir.c_str())), utProbeOtherKind);
-    EXPECT_TRUE(utIsDirectory(utString((subdir + "/").c_str())));
+    EXPECT_EQ(names, std::vector<std::string>{leaf});
 }
 
 } // namespace

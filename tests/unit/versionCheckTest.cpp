@@ -32,8 +32,7 @@ TEST(VersionReply, CutsTheDataValue)
         // the empty value written with one line end runs on to the end of the reply, as it always did
         {"<data>\r\n</data>tail", 0, "</data>tail"},
         {"<data>\n</data>", 0, "</data>"},
-        {"value</data>", 8, nullptr},
-        {"<data>\r\nno closing tag", 8, nullptr},
+        // (no opening or no closing tag at all: the client's test against the local server)
         {"</data><data>", 8, nullptr},
         {"", 8, nullptr},
     };
