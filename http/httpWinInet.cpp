@@ -4,8 +4,8 @@
 // error). New: no body past httpMaxReply is accepted, whatever the server announces or sends.
 #include "http/httpThing.h"
 
-#include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "http/httpReply.h"
 #include "productServer.h"
@@ -16,10 +16,12 @@ namespace
 const char* const attributeScript = "/cgi-bin/product_attributes/product_attribute.pl";
 constexpr DWORD pieceSize = 1024;
 
-int cutAttribute(httpNormal& client, const char* body, char*& value)
+// The one form both clients send; the names go out unencoded, as the service has always taken them.
+int askAttribute(httpNormal& client, const char* product, const char* attribute, char*& value)
 {
+    std::string body = std::string("product=") + product + "&attribute=" + attribute;
     char* reply = nullptr;
-    int status = client.post(attributeScript, body, reply, nullptr);
+    int status = client.post(attributeScript, body.c_str(), reply, nullptr);
     if (status != httpOk)
         return status;
     status = httpCutData(reply, value);
@@ -119,10 +121,7 @@ int httpProductAttribute::get(const char* product, const char* attribute, char*&
     if (!product || !attribute || !connected_)
         return httpBadCall;
     value = nullptr;
-    std::size_t size = std::strlen(product) + std::strlen(attribute) + 20;
-    std::unique_ptr<char[]> body(new char[size]);
-    std::snprintf(body.get(), size, "product=%s&attribute=%s", product, attribute);
-    return cutAttribute(*this, body.get(), value);
+    return askAttribute(*this, product, attribute, value);
 }
 
 int httpVersion::get(const char* product, char*& value)
@@ -130,8 +129,5 @@ int httpVersion::get(const char* product, char*& value)
     if (!product || !connected_)
         return httpBadCall;
     value = nullptr;
-    std::size_t size = std::strlen(product) + 27;
-    std::unique_ptr<char[]> body(new char[size]);
-    std::snprintf(body.get(), size, "product=%s&attribute=version", product);
-    return cutAttribute(*this, body.get(), value);
+    return askAttribute(*this, product, "version", value);
 }
