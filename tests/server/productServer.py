@@ -29,6 +29,11 @@ def read_table(path):
     return {(row[0], row[1]): row[2] if len(row) > 2 else "" for row in rows if len(row) > 1}
 
 
+def page(value):
+    """The script's answer: the value in a <data> element, each tag on a line of its own."""
+    return ("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % value).encode("utf-8")
+
+
 class Handler(http.server.BaseHTTPRequestHandler):
     wbufsize = 1 << 16  # buffered, so that an answer's headers and body leave in one write
 
@@ -62,9 +67,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.answer(b"no such script, product or attribute", 404)
         elif value.startswith("!"):
             mode, _, rest = value[1:].partition(" ")
-            self.misbehave(mode, ("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % rest).encode("utf-8"))
+            self.misbehave(mode, page(rest))
         else:
-            self.answer(("<html><body><data>\r\n%s\r\n</data></body></html>\r\n" % value).encode("utf-8"))
+            self.answer(page(value))
 
     def head(self, status, length=None):
         self.send_response(status)
