@@ -83,7 +83,6 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
         return false;
     if (menuTranslated_) {
         toolBar_.enableDocking(true);
-        toolBar_.setSide(winToolBar::Side::Top);
         setAppTitle(qwzWide(qwzVersionInfo::instance().fullName));
     }
     setBars(&toolBar_, &statusBar_);
