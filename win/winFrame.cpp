@@ -242,7 +242,8 @@ void winFrame::loadBarState()
     if (!app || !toolBar_ || !statusBar_)
         return;
     winBarState state = winBarState::load(app->profileKey());
-    if (toolBar_->dockingEnabled())
+    // moving flows every button again: only when the bar is kept elsewhere
+    if (toolBar_->dockingEnabled() && state.toolBarSide != toolBar_->side())
         toolBar_->setSide(state.toolBarSide);
     ShowWindow(toolBar_->hwnd(), state.toolBarVisible ? SW_SHOWNA : SW_HIDE);
     ShowWindow(statusBar_->hwnd(), state.statusBarVisible ? SW_SHOWNA : SW_HIDE);
