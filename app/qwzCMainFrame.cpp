@@ -70,15 +70,6 @@ int scaledToDpi(int pixels, UINT dpi)
 
 } // namespace
 
-qwzCMainFrame::~qwzCMainFrame()
-{
-    // the toolbar goes with the window; the lists are ours
-    if (normalImages_)
-        ImageList_Destroy(normalImages_);
-    if (disabledImages_)
-        ImageList_Destroy(disabledImages_);
-}
-
 bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
 {
     if (!winFrame::OnCreate(cs))
@@ -92,7 +83,6 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
         return false;
     if (menuTranslated_) {
         toolBar_.enableDocking(true);
-        toolBar_.setSide(winToolBar::Side::Top);
         setAppTitle(qwzWide(qwzVersionInfo::instance().fullName));
     }
     setBars(&toolBar_, &statusBar_);
@@ -109,8 +99,8 @@ HMENU qwzCMainFrame::loadMenu(unsigned id)
 bool qwzCMainFrame::makeImages(UINT dpi)
 {
     int size = scaledToDpi(imageSize, dpi);
-    HIMAGELIST normal = ImageList_Create(size, size, ILC_COLORDDB, 0, 4);
-    HIMAGELIST disabled = ImageList_Create(size, size, ILC_COLORDDB, 0, 4);
+    ImageList normal(ImageList_Create(size, size, ILC_COLORDDB, 0, 4));
+    ImageList disabled(ImageList_Create(size, size, ILC_COLORDDB, 0, 4));
     bool ok = normal && disabled;
     const qwzDib::Rgb face = platform::systemColour(platform::SystemColour::ButtonFace);
     const qwzDib::Rgb shadow = platform::systemColour(platform::SystemColour::ButtonShadow);
@@ -129,23 +119,15 @@ bool qwzCMainFrame::makeImages(UINT dpi)
             image = image.scaled(size, size);
         qwzDib greyed = image;
         greyed.recolour(shadow, face, {255, 255, 255}, {255, 0, 255}, 0);
-        ok = addImage(normal, image) && addImage(disabled, greyed);
+        ok = addImage(normal.get(), image) && addImage(disabled.get(), greyed);
     }
-    if (!ok) {
-        if (normal)
-            ImageList_Destroy(normal);
-        if (disabled)
-            ImageList_Destroy(disabled);
+    if (!ok)
         return false;
-    }
-    toolBar_.setImageLists(normal, disabled);
+    toolBar_.setImageLists(normal.get(), disabled.get());
     toolBar_.setSizes({scaledToDpi(buttonSize.cx, dpi), scaledToDpi(buttonSize.cy, dpi)}, {size, size});
-    if (normalImages_)
-        ImageList_Destroy(normalImages_);
-    if (disabledImages_)
-        ImageList_Destroy(disabledImages_);
-    normalImages_ = normal;
-    disabledImages_ = disabled;
+    // the toolbar holds the new lists now, so the old ones can go
+    normalImages_ = std::move(normal);
+    disabledImages_ = std::move(disabled);
     return true;
 }
 

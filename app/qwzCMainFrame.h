@@ -9,7 +9,9 @@
 
 #include <commctrl.h>
 
+#include <memory>
 #include <string>
+#include <type_traits>
 
 class qwzCMainFrame : public winFrame
 {
@@ -18,7 +20,6 @@ public:
     static constexpr unsigned helpCommand = 236;
 
     qwzCMainFrame() = default;
-    ~qwzCMainFrame() override;
 
     // True when the translated menu replaced the framework's.
     bool menuTranslated() const
@@ -29,11 +30,11 @@ public:
     // The toolbar's image lists, normal and disabled; null before creation.
     HIMAGELIST normalImages() const
     {
-        return normalImages_;
+        return normalImages_.get();
     }
     HIMAGELIST disabledImages() const
     {
-        return disabledImages_;
+        return disabledImages_.get();
     }
 
     // Help 236: the help file in the HTML Help viewer, or message 237 when it is missing.
@@ -58,9 +59,18 @@ private:
     bool makeImages(UINT dpi);
     void showHelp();
 
+    struct ImageListDestroyer {
+        void operator()(HIMAGELIST list) const
+        {
+            ImageList_Destroy(list);
+        }
+    };
+    using ImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDestroyer>;
+
     winStatusBar statusBar_;
     winToolBar toolBar_;
-    HIMAGELIST normalImages_ = nullptr;
-    HIMAGELIST disabledImages_ = nullptr;
+    // ours: the toolbar only uses them
+    ImageList normalImages_;
+    ImageList disabledImages_;
     bool menuTranslated_ = false;
 };

@@ -61,6 +61,17 @@ void copyTip(const std::wstring& text, char* buffer, size_t size)
     buffer[written] = '\0';
 }
 
+// Fills a narrow or wide tooltip request with the tooltip of the command it names.
+template <typename Request> void answerTip(Request& request, const winFrame& frame)
+{
+    UINT_PTR id = request.hdr.idFrom;
+    if (request.uFlags & TTF_IDISHWND)
+        id = UINT_PTR(GetDlgCtrlID(reinterpret_cast<HWND>(id)));
+    copyTip(id ? frame.tooltipText(unsigned(id)) : std::wstring(), request.szText, std::size(request.szText));
+    request.lpszText = request.szText;
+    request.hinst = nullptr;
+}
+
 } // namespace
 
 const wchar_t* winFrame::className() const
@@ -231,7 +242,8 @@ void winFrame::loadBarState()
     if (!app || !toolBar_ || !statusBar_)
         return;
     winBarState state = winBarState::load(app->profileKey());
-    if (toolBar_->dockingEnabled())
+    // moving flows every button again: only when the bar is kept elsewhere
+    if (toolBar_->dockingEnabled() && state.toolBarSide != toolBar_->side())
         toolBar_->setSide(state.toolBarSide);
     ShowWindow(toolBar_->hwnd(), state.toolBarVisible ? SW_SHOWNA : SW_HIDE);
     ShowWindow(statusBar_->hwnd(), state.statusBarVisible ? SW_SHOWNA : SW_HIDE);
@@ -374,24 +386,10 @@ void winFrame::OnDpiChanged(UINT, const RECT& suggested)
 
 void winFrame::OnToolTipText(NMHDR& header)
 {
-    bool wide = header.code == TTN_GETDISPINFOW;
-    UINT flags =
-        wide ? reinterpret_cast<NMTTDISPINFOW&>(header).uFlags : reinterpret_cast<NMTTDISPINFOA&>(header).uFlags;
-    UINT_PTR id = header.idFrom;
-    if (flags & TTF_IDISHWND)
-        id = UINT_PTR(GetDlgCtrlID(reinterpret_cast<HWND>(id)));
-    std::wstring tip = id ? tooltipText(unsigned(id)) : std::wstring();
-    if (wide) {
-        auto& request = reinterpret_cast<NMTTDISPINFOW&>(header);
-        copyTip(tip, request.szText, std::size(request.szText));
-        request.lpszText = request.szText;
-        request.hinst = nullptr;
-    } else {
-        auto& request = reinterpret_cast<NMTTDISPINFOA&>(header);
-        copyTip(tip, request.szText, std::size(request.szText));
-        request.lpszText = request.szText;
-        request.hinst = nullptr;
-    }
+    if (header.code == TTN_GETDISPINFOW)
+        answerTip(reinterpret_cast<NMTTDISPINFOW&>(header), *this);
+    else
+        answerTip(reinterpret_cast<NMTTDISPINFOA&>(header), *this);
 }
 
 void winFrame::recalcLayout()

@@ -8,17 +8,12 @@ namespace
 using HtmlHelpProc = HWND(WINAPI*)(HWND caller, LPCWSTR file, UINT command, DWORD_PTR data);
 const UINT displayTopicCommand = 0; // HH_DISPLAY_TOPIC
 
-HtmlHelpProc entryPoint()
+HtmlHelpProc loadEntryPoint()
 {
-    static bool tried = false;
-    static HtmlHelpProc proc = nullptr;
-    if (!tried) {
-        tried = true;
-        // kept loaded: the viewer's windows live in it
-        if (HMODULE library = LoadLibraryW(L"hhctrl.ocx"))
-            proc = reinterpret_cast<HtmlHelpProc>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpW")));
-    }
-    return proc;
+    // kept loaded: the viewer's windows live in it
+    HMODULE library = LoadLibraryW(L"hhctrl.ocx");
+    return library ? reinterpret_cast<HtmlHelpProc>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpW")))
+                   : nullptr;
 }
 
 } // namespace
@@ -28,7 +23,7 @@ namespace winHtmlHelp
 
 HWND displayTopic(const std::wstring& file)
 {
-    HtmlHelpProc proc = entryPoint();
+    static const HtmlHelpProc proc = loadEntryPoint(); // once, failed or not
     return proc ? proc(nullptr, file.c_str(), displayTopicCommand, 0) : nullptr;
 }
 

@@ -68,6 +68,13 @@ void winToolBar::setImageLists(HIMAGELIST normal, HIMAGELIST disabled)
     SendMessageW(hwnd(), TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(disabled));
 }
 
+void winToolBar::enableDocking(bool enable)
+{
+    docking_ = enable;
+    // the gripper is non-client area, which the window measures again only when told
+    SetWindowPos(hwnd(), nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_FRAMECHANGED);
+}
+
 void winToolBar::setSide(Side side)
 {
     side_ = side;

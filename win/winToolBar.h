@@ -27,11 +27,8 @@ public:
     void setSizes(SIZE button, SIZE image);
     void setImageLists(HIMAGELIST normal, HIMAGELIST disabled);
 
-    // Lets the user drag the bar to any side of the frame.
-    void enableDocking(bool enable)
-    {
-        docking_ = enable;
-    }
+    // Lets the user drag the bar to any side of the frame (the gripper appears or goes at once).
+    void enableDocking(bool enable);
     bool dockingEnabled() const
     {
         return docking_;
