@@ -266,13 +266,13 @@ void winPrintPreview::Pages::OnKey(UINT key)
     winPrintPreview& p = owner_;
     switch (key) {
     case VK_ESCAPE:
-        p.close();
+        p.OnButton(closeButton);
         break;
     case VK_NEXT:
-        p.showPage(p.page_ + p.pagesShown());
+        p.OnButton(nextButton);
         break;
     case VK_PRIOR:
-        p.showPage(p.page_ >= p.pagesShown() ? p.page_ - p.pagesShown() : 0);
+        p.OnButton(prevButton);
         break;
     case VK_HOME:
         p.showPage(0);
@@ -294,11 +294,11 @@ void winPrintPreview::Pages::OnKey(UINT key)
         break;
     case VK_ADD:
     case VK_OEM_PLUS:
-        p.setZoom(p.zoom_ + 1);
+        p.OnButton(zoomInButton);
         break;
     case VK_SUBTRACT:
     case VK_OEM_MINUS:
-        p.setZoom(p.zoom_ - 1);
+        p.OnButton(zoomOutButton);
         break;
     default:
         break;
