@@ -57,6 +57,20 @@ wchar_t mnemonicOf(const std::wstring& text)
     return 0;
 }
 
+// The printer's sheet in its device units, at least 1 by 1; a device that gives no sheet size is all
+// printable area.
+struct Sheet {
+    int width, height, offsetX, offsetY;
+};
+
+Sheet sheetOf(HDC printer)
+{
+    int width = GetDeviceCaps(printer, PHYSICALWIDTH), height = GetDeviceCaps(printer, PHYSICALHEIGHT);
+    if (width <= 0 || height <= 0)
+        return {std::max(GetDeviceCaps(printer, HORZRES), 1), std::max(GetDeviceCaps(printer, VERTRES), 1), 0, 0};
+    return {width, height, GetDeviceCaps(printer, PHYSICALOFFSETX), GetDeviceCaps(printer, PHYSICALOFFSETY)};
+}
+
 std::wstring textOf(HWND window)
 {
     std::wstring text(size_t(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -118,12 +132,8 @@ winPrintPreview::Pages::Geometry winPrintPreview::Pages::geometry() const
     GetClientRect(hwnd(), &client);
     HDC printer = owner_.printer_;
     int dpiX = std::max(GetDeviceCaps(printer, LOGPIXELSX), 1), dpiY = std::max(GetDeviceCaps(printer, LOGPIXELSY), 1);
-    int width = GetDeviceCaps(printer, PHYSICALWIDTH), height = GetDeviceCaps(printer, PHYSICALHEIGHT);
-    if (width <= 0 || height <= 0) {
-        width = GetDeviceCaps(printer, HORZRES);
-        height = GetDeviceCaps(printer, VERTRES);
-    }
-    double inchesWide = std::max(width, 1) / double(dpiX), inchesHigh = std::max(height, 1) / double(dpiY);
+    Sheet paper = sheetOf(printer);
+    double inchesWide = paper.width / double(dpiX), inchesHigh = paper.height / double(dpiY);
     int shown = int(owner_.pagesShown());
     // pixels per inch that fit the pages shown (one page when zoomed) into the area; each zoom step doubles
     int across = owner_.zoom_ == 0 ? shown : 1;
@@ -169,22 +179,15 @@ void winPrintPreview::Pages::drawSheet(HDC dc, const RECT& sheet, std::size_t pa
     FillRect(dc, &sheet, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
     FrameRect(dc, &sheet, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
 
-    HDC printer = owner_.printer_;
-    int width = GetDeviceCaps(printer, PHYSICALWIDTH), height = GetDeviceCaps(printer, PHYSICALHEIGHT);
-    int offsetX = GetDeviceCaps(printer, PHYSICALOFFSETX), offsetY = GetDeviceCaps(printer, PHYSICALOFFSETY);
-    if (width <= 0 || height <= 0) {
-        width = GetDeviceCaps(printer, HORZRES);
-        height = GetDeviceCaps(printer, VERTRES);
-        offsetX = offsetY = 0;
-    }
+    Sheet paper = sheetOf(owner_.printer_);
     int saved = SaveDC(dc);
     IntersectClipRect(dc, sheet.left, sheet.top, sheet.right, sheet.bottom);
     SetMapMode(dc, MM_ANISOTROPIC);
-    SetWindowExtEx(dc, std::max(width, 1), std::max(height, 1), nullptr);
+    SetWindowExtEx(dc, paper.width, paper.height, nullptr);
     SetViewportExtEx(dc, sheet.right - sheet.left, sheet.bottom - sheet.top, nullptr);
     SetViewportOrgEx(dc, sheet.left, sheet.top, nullptr);
     // the printable draws from the corner of the printable area, as a printer's origin is
-    SetWindowOrgEx(dc, -offsetX, -offsetY, nullptr);
+    SetWindowOrgEx(dc, -paper.offsetX, -paper.offsetY, nullptr);
     owner_.printable_->printPage(dc, page);
     RestoreDC(dc, saved);
 }
@@ -263,13 +266,13 @@ void winPrintPreview::Pages::OnKey(UINT key)
     winPrintPreview& p = owner_;
     switch (key) {
     case VK_ESCAPE:
-        p.close();
+        p.OnButton(closeButton);
         break;
     case VK_NEXT:
-        p.showPage(p.page_ + p.pagesShown());
+        p.OnButton(nextButton);
         break;
     case VK_PRIOR:
-        p.showPage(p.page_ >= p.pagesShown() ? p.page_ - p.pagesShown() : 0);
+        p.OnButton(prevButton);
         break;
     case VK_HOME:
         p.showPage(0);
@@ -291,11 +294,11 @@ void winPrintPreview::Pages::OnKey(UINT key)
         break;
     case VK_ADD:
     case VK_OEM_PLUS:
-        p.setZoom(p.zoom_ + 1);
+        p.OnButton(zoomInButton);
         break;
     case VK_SUBTRACT:
     case VK_OEM_MINUS:
-        p.setZoom(p.zoom_ - 1);
+        p.OnButton(zoomOutButton);
         break;
     default:
         break;

@@ -7,63 +7,33 @@
 namespace
 {
 
-// A locked view of a DEVNAMES block's three strings.
-class DevNames
+// A global block locked for the life of the view.
+template <class T> class Locked
 {
 public:
-    explicit DevNames(HGLOBAL block)
-        : block_(block), names_(block ? static_cast<DEVNAMES*>(GlobalLock(block)) : nullptr)
+    explicit Locked(HGLOBAL block) : block_(block), data_(block ? static_cast<T*>(GlobalLock(block)) : nullptr) {}
+    ~Locked()
     {
-    }
-    ~DevNames()
-    {
-        if (names_)
+        if (data_)
             GlobalUnlock(block_);
     }
-    DevNames(const DevNames&) = delete;
-    DevNames& operator=(const DevNames&) = delete;
-
-    const wchar_t* driver() const
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+    const T* get() const
     {
-        return at(names_ ? names_->wDriverOffset : 0);
-    }
-    const wchar_t* device() const
-    {
-        return at(names_ ? names_->wDeviceOffset : 0);
-    }
-
-private:
-    const wchar_t* at(WORD offset) const
-    {
-        return names_ ? reinterpret_cast<const wchar_t*>(names_) + offset : nullptr;
-    }
-    HGLOBAL block_;
-    DEVNAMES* names_;
-};
-
-// Locks a DEVMODE block for the duration of one call.
-class DevMode
-{
-public:
-    explicit DevMode(HGLOBAL block) : block_(block), mode_(block ? static_cast<DEVMODEW*>(GlobalLock(block)) : nullptr)
-    {
-    }
-    ~DevMode()
-    {
-        if (mode_)
-            GlobalUnlock(block_);
-    }
-    DevMode(const DevMode&) = delete;
-    DevMode& operator=(const DevMode&) = delete;
-    const DEVMODEW* get() const
-    {
-        return mode_;
+        return data_;
     }
 
 private:
     HGLOBAL block_;
-    DEVMODEW* mode_;
+    T* data_;
 };
+
+// One of a DEVNAMES block's strings; null without a block.
+const wchar_t* devName(const DEVNAMES* names, WORD DEVNAMES::*offset)
+{
+    return names ? reinterpret_cast<const wchar_t*>(names) + names->*offset : nullptr;
+}
 
 } // namespace
 
@@ -142,17 +112,19 @@ HDC winPrinter::createDC()
 {
     if (!loadDefault())
         return nullptr;
-    DevNames names(devNames_);
-    DevMode mode(devMode_);
-    if (!names.device())
+    Locked<DEVNAMES> names(devNames_);
+    Locked<DEVMODEW> mode(devMode_);
+    const wchar_t* device = devName(names.get(), &DEVNAMES::wDeviceOffset);
+    if (!device)
         return nullptr;
-    return CreateDCW(names.driver(), names.device(), nullptr, mode.get());
+    return CreateDCW(devName(names.get(), &DEVNAMES::wDriverOffset), device, nullptr, mode.get());
 }
 
 std::wstring winPrinter::name()
 {
     if (!loadDefault())
         return {};
-    DevNames names(devNames_);
-    return names.device() ? names.device() : L"";
+    Locked<DEVNAMES> names(devNames_);
+    const wchar_t* device = devName(names.get(), &DEVNAMES::wDeviceOffset);
+    return device ? device : L"";
 }

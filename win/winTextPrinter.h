@@ -24,14 +24,10 @@ public:
     std::size_t beginPrinting(HDC printer) override;
     void printPage(HDC target, std::size_t page) override;
 
-    // The layout of the last beginPrinting: where text and page numbers go, and the height of a line.
+    // The layout of the last beginPrinting: where text and page numbers go.
     const utPageFrame& frame() const
     {
         return frame_;
-    }
-    int lineHeight() const
-    {
-        return lineHeight_;
     }
     // The runs of page `page`, as printPage draws them.
     std::vector<utPageLayout::Run> pageRuns(std::size_t page);
