@@ -3,21 +3,21 @@
 // accelerator table 128 and the version record's full name as its title. It handles Help (F1).
 #pragma once
 
+#include "resourceIds.h"
 #include "win/winFrame.h"
+#include "win/winHandles.h"
 #include "win/winStatusBar.h"
 #include "win/winToolBar.h"
 
 #include <commctrl.h>
 
-#include <memory>
 #include <string>
-#include <type_traits>
 
 class qwzCMainFrame : public winFrame
 {
 public:
-    static constexpr unsigned resourceId = 128;
-    static constexpr unsigned helpCommand = 236;
+    static constexpr unsigned resourceId = IDR_MAINFRAME;
+    static constexpr unsigned helpCommand = ID_HELP_CONTENTS;
 
     qwzCMainFrame() = default;
 
@@ -37,7 +37,7 @@ public:
         return disabledImages_.get();
     }
 
-    // Help 236: the help file in the HTML Help viewer, or message 237 when it is missing.
+    // Help: the help file in the HTML Help viewer, or IDS_NO_HELP_FILE when it is missing.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
@@ -58,19 +58,12 @@ private:
     // could not be made (the toolbar then keeps the lists it had).
     bool makeImages(UINT dpi);
     void showHelp();
-
-    struct ImageListDestroyer {
-        void operator()(HIMAGELIST list) const
-        {
-            ImageList_Destroy(list);
-        }
-    };
-    using ImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDestroyer>;
+    static winCommandTable<qwzCMainFrame> commands();
 
     winStatusBar statusBar_;
     winToolBar toolBar_;
     // ours: the toolbar only uses them
-    ImageList normalImages_;
-    ImageList disabledImages_;
+    winImageList normalImages_;
+    winImageList disabledImages_;
     bool menuTranslated_ = false;
 };

@@ -23,8 +23,6 @@
 namespace
 {
 
-constexpr unsigned appAboutCommand = 57664;
-
 // The framework's own texts go through the same catalog as Quillon's.
 std::wstring translateForFramework(const std::wstring& english)
 {
@@ -97,7 +95,7 @@ bool qwzCQuillonApp::initInstance()
     DragAcceptFiles(frame->hwnd(), TRUE);
     ShowWindow(frame->hwnd(), showCommand());
     UpdateWindow(frame->hwnd());
-    runStartupVersionCheck(frame->hwnd());
+    runStartupVersionCheck(*frame, this);
     return true;
 }
 
@@ -111,38 +109,34 @@ int qwzCQuillonApp::exitInstance()
     return code;
 }
 
+winCommandTable<qwzCQuillonApp> qwzCQuillonApp::commands()
+{
+    static const winCommand<qwzCQuillonApp> table[] = {
+        {ID_APP_ABOUT, [](qwzCQuillonApp& app, unsigned) { app.onAppAbout(); }},
+        {ID_HELP_CHECK_VERSION, [](qwzCQuillonApp& app, unsigned) { app.onCheckVersion(); }},
+    };
+    return table;
+}
+
 bool qwzCQuillonApp::onCommand(unsigned id)
 {
-    if (id == appAboutCommand) {
-        onAppAbout();
-        return true;
-    }
-    if (id == ID_HELP_CHECK_VERSION) {
-        onCheckVersion();
-        return true;
-    }
-    return winApp::onCommand(id);
+    return winRunCommand(commands(), *this, id) || winApp::onCommand(id);
 }
 
 bool qwzCQuillonApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == ID_HELP_CHECK_VERSION || id == appAboutCommand) {
-        state.enabled = true;
-        return true;
-    }
-    return winApp::onUpdateCommand(id, state);
+    return winUpdateCommand(commands(), *this, id, state) || winApp::onUpdateCommand(id, state);
 }
 
 void qwzCQuillonApp::onAppAbout()
 {
     winFrame* frame = mainFrame();
-    qwzCAboutDlg about(frame ? frame->hwnd() : nullptr);
+    qwzCAboutDlg about(frame ? frame->hwnd() : nullptr, this);
     about.doModal();
 }
 
 void qwzCQuillonApp::onCheckVersion()
 {
-    winFrame* frame = mainFrame();
-    qwzCCheckVersionDlg dialog(frame ? frame->hwnd() : nullptr);
+    qwzCCheckVersionDlg dialog(mainFrame(), this);
     dialog.doModal();
 }

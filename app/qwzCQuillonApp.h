@@ -32,6 +32,7 @@ public:
     void onCheckVersion();
 
 private:
+    static winCommandTable<qwzCQuillonApp> commands();
     // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.
     bool initWindowing();
 

@@ -9,6 +9,7 @@
 
 #include "app/qwzCText.h"
 #include "app/qwzLinkText.h"
+#include "win/winHandles.h"
 
 namespace
 {
@@ -155,15 +156,16 @@ void qwzCStaticWithLink::measureLink()
     linkRect_ = {0, 0, 0, 0};
     if (linkStart_ == linkEnd_)
         return;
-    HDC dc = GetDC(hwnd_);
+    winWindowDC window(hwnd_);
+    HDC dc = window.get();
     if (!dc)
         return;
     // the default format's face and size: its height in twips halved gives tenths of a point
     LOGFONTW description = {};
     description.lfHeight = -MulDiv(defaultFormat_.yHeight / 2, GetDeviceCaps(dc, LOGPIXELSY), 720);
     lstrcpynW(description.lfFaceName, defaultFormat_.szFaceName, LF_FACESIZE);
-    HFONT font = CreateFontIndirectW(&description);
-    HGDIOBJ old = font ? SelectObject(dc, font) : nullptr;
+    winFont font(CreateFontIndirectW(&description));
+    winSelection selected(dc, font.get());
 
     LONG line = static_cast<LONG>(SendMessageW(hwnd_, EM_LINEFROMCHAR, static_cast<WPARAM>(linkStart_), 0));
     LONG top = 0;
@@ -186,11 +188,6 @@ void qwzCStaticWithLink::measureLink()
     linkRect_.right = linkRect_.left + extent.cx;
     linkRect_.top = top;
     linkRect_.bottom = top + extent.cy;
-    if (old)
-        SelectObject(dc, old);
-    if (font)
-        DeleteObject(font);
-    ReleaseDC(hwnd_, dc);
 }
 
 bool qwzCStaticWithLink::OnSetCursor()

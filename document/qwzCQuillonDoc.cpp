@@ -15,7 +15,7 @@
 #include "document/qwzPercentRender.h"
 #include "foundation/utPath.h"
 #include "resourceIds.h"
-#include "win/winApp.h"
+#include "win/winServices.h"
 
 namespace
 {
@@ -182,7 +182,7 @@ void qwzCQuillonDoc::tellUser(unsigned id, const utString& path)
 
 int qwzCQuillonDoc::ask(const std::wstring& text, unsigned type)
 {
-    if (winApp* app = winApp::instance())
+    if (winServices* app = services())
         return app->messageBox(text, type);
     return MessageBoxW(nullptr, text.c_str(), L"Quillon", type);
 }

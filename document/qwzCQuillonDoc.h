@@ -42,7 +42,7 @@ private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
     // A message box of `type` through the application; the button chosen.
-    static int ask(const std::wstring& text, unsigned type);
+    int ask(const std::wstring& text, unsigned type);
 
     // Set while the template finishes an open that showed nothing.
     bool keepUntitled_ = false;

@@ -3,13 +3,7 @@
 #include "document/qwzCQuillonView.h"
 
 #include "document/qwzCGoToLineDlg.h"
-#include "win/winApp.h"
-
-qwzCQuillonView::~qwzCQuillonView()
-{
-    if (font_)
-        DeleteObject(font_);
-}
+#include "win/winServices.h"
 
 DWORD qwzCQuillonView::windowStyle() const
 {
@@ -21,14 +15,12 @@ bool qwzCQuillonView::OnCreate()
     if (!winEditView::OnCreate())
         return false;
     // a point font of 100 tenths of a point, sized for the screen
-    HDC screen = GetDC(nullptr);
-    int height = -MulDiv(100, GetDeviceCaps(screen, LOGPIXELSY), 720);
-    ReleaseDC(nullptr, screen);
-    font_ = CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, L"Courier New");
+    int height = -MulDiv(100, GetDeviceCaps(winWindowDC(nullptr).get(), LOGPIXELSY), 720);
+    font_.reset(CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                            CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, L"Courier New"));
     // without the font the control keeps its default one
     if (font_)
-        SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
+        SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
     return true;
 }
 
@@ -49,30 +41,29 @@ void qwzCQuillonView::clearView()
     SendMessageW(hwnd(), EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(L""));
     MSG msg;
     while (PeekMessageW(&msg, hwnd(), 0, 0, PM_REMOVE)) {
-        winApp* app = winApp::instance();
-        if (app && app->preTranslateMessage(msg))
+        if (services() && services()->preTranslateMessage(msg))
             continue;
         TranslateMessage(&msg);
         DispatchMessageW(&msg);
     }
 }
 
+winCommandTable<qwzCQuillonView> qwzCQuillonView::commands()
+{
+    static const winCommand<qwzCQuillonView> table[] = {
+        {ID_EDIT_GOTO_LINE, [](qwzCQuillonView& view, unsigned) { view.onGoToLine(); }},
+    };
+    return table;
+}
+
 bool qwzCQuillonView::onCommand(unsigned id)
 {
-    if (id == goToLineCommand) {
-        onGoToLine();
-        return true;
-    }
-    return winEditView::onCommand(id);
+    return winRunCommand(commands(), *this, id) || winEditView::onCommand(id);
 }
 
 bool qwzCQuillonView::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == goToLineCommand) {
-        state.enabled = true;
-        return true;
-    }
-    return winEditView::onUpdateCommand(id, state);
+    return winUpdateCommand(commands(), *this, id, state) || winEditView::onUpdateCommand(id, state);
 }
 
 void qwzCQuillonView::onGoToLine()
@@ -86,7 +77,7 @@ void qwzCQuillonView::onGoToLine()
 
 bool qwzCQuillonView::askLine(int count, int& line)
 {
-    qwzCGoToLineDlg dialog(GetParent(hwnd()));
+    qwzCGoToLineDlg dialog(GetParent(hwnd()), services());
     dialog.setRange(1, count);
     dialog.setLine(line);
     if (dialog.doModal() != IDOK)

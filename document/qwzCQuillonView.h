@@ -5,16 +5,17 @@
 
 #include <windows.h>
 
+#include "resourceIds.h"
 #include "win/winEditView.h"
+#include "win/winHandles.h"
 
 class qwzCQuillonView : public winEditView
 {
 public:
     // The Go To Line command (Ctrl+G).
-    static constexpr unsigned goToLineCommand = 253;
+    static constexpr unsigned goToLineCommand = ID_EDIT_GOTO_LINE;
 
     qwzCQuillonView() = default;
-    ~qwzCQuillonView() override;
 
     // Empties the control and lets the pending painting happen, so that the view is visibly empty before
     // a long operation begins.
@@ -35,7 +36,7 @@ public:
     // The display font; null when it could not be made.
     HFONT font() const
     {
-        return font_;
+        return font_.get();
     }
 
 protected:
@@ -45,5 +46,7 @@ protected:
     virtual bool askLine(int count, int& line);
 
 private:
-    HFONT font_ = nullptr;
+    static winCommandTable<qwzCQuillonView> commands();
+
+    winFont font_;
 };

@@ -2,12 +2,12 @@
 // close prompt and dropped files.
 #include "win/winFrame.h"
 
-#include "win/winApp.h"
 #include "win/winBarState.h"
 #include "win/winControl.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
 #include "win/winRecentFiles.h"
+#include "win/winServices.h"
 #include "win/winStatusBar.h"
 #include "win/winText.h"
 #include "win/winToolBar.h"
@@ -30,11 +30,11 @@ bool shown(HWND window)
 int indicatorKey(unsigned id)
 {
     switch (id) {
-    case 59137:
+    case ID_INDICATOR_CAPS:
         return VK_CAPITAL;
-    case 59138:
+    case ID_INDICATOR_NUM:
         return VK_NUMLOCK;
-    case 59139:
+    case ID_INDICATOR_SCRL:
         return VK_SCROLL;
     default:
         return 0;
@@ -89,11 +89,12 @@ void winFrame::PreRegisterClass(WNDCLASSEXW& wc)
     wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
 }
 
-bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& view)
+bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& view, winServices* services)
 {
     resourceId_ = resourceId;
     document_ = &document;
     view_ = &view;
+    services_ = services;
     HINSTANCE instance = GetModuleHandleW(nullptr);
     HMENU menu = loadMenu(resourceId);
     if (hasResource(resourceId, RT_ACCELERATOR))
@@ -114,7 +115,7 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case WM_CREATE:
-        messageText_ = winText::load(idleMessageId);
+        messageText_ = winText::load(AFX_IDS_IDLEMESSAGE);
         if (!OnCreate(*reinterpret_cast<CREATESTRUCTW*>(lParam)))
             return -1;
         loadBarState();
@@ -177,7 +178,7 @@ HMENU winFrame::loadMenu(unsigned resourceId)
 
 bool winFrame::OnCreate(const CREATESTRUCTW&)
 {
-    return view_ && view_->create(hwnd());
+    return view_ && view_->create(*this);
 }
 
 void winFrame::setBars(winToolBar* toolBar, winStatusBar* statusBar)
@@ -226,22 +227,20 @@ void winFrame::showBar(unsigned barId, bool show)
 
 void winFrame::saveBarState() const
 {
-    winApp* app = winApp::instance();
-    if (!app || !toolBar_ || !statusBar_)
+    if (!services_ || !toolBar_ || !statusBar_)
         return;
     winBarState state;
     state.toolBarVisible = barVisible(toolBarId) || toolBarHiddenForOverlay_;
     state.toolBarSide = toolBar_->side();
     state.statusBarVisible = barVisible(statusBarId);
-    state.save(app->profileKey());
+    state.save(services_->profileKey());
 }
 
 void winFrame::loadBarState()
 {
-    winApp* app = winApp::instance();
-    if (!app || !toolBar_ || !statusBar_)
+    if (!services_ || !toolBar_ || !statusBar_)
         return;
-    winBarState state = winBarState::load(app->profileKey());
+    winBarState state = winBarState::load(services_->profileKey());
     // moving flows every button again: only when the bar is kept elsewhere
     if (toolBar_->dockingEnabled() && state.toolBarSide != toolBar_->side())
         toolBar_->setSide(state.toolBarSide);
@@ -284,43 +283,40 @@ void winFrame::onIdleUpdate()
         });
 }
 
+winCommandTable<winFrame> winFrame::commands()
+{
+    static const auto toggleBar = [](winFrame& frame, unsigned id) {
+        if (!(id == toolBarId && frame.overlay_))
+            frame.showBar(id, !frame.barVisible(id));
+    };
+    static const auto barState = [](winFrame& frame, unsigned id, winCommandState& state) {
+        state.enabled = !(id == toolBarId && frame.overlay_);
+        state.checked = frame.barVisible(id) || (id == toolBarId && frame.toolBarHiddenForOverlay_);
+    };
+    // one pane only: the focus stays in the text (or in the preview that shows in its place)
+    static const auto focusPane = [](winFrame& frame, unsigned) { frame.OnSetFocus(); };
+    static const winCommand<winFrame> table[] = {
+        {ID_VIEW_TOOLBAR, toggleBar, barState},
+        {ID_VIEW_STATUS_BAR, toggleBar, barState},
+        {ID_NEXT_PANE, focusPane},
+        {ID_PREV_PANE, focusPane},
+    };
+    return table;
+}
+
 bool winFrame::onCommand(unsigned id)
 {
-    switch (id) {
-    case toolBarId:
-    case statusBarId:
-        if (!barWindow(id))
-            return false;
-        if (!(id == toolBarId && overlay_))
-            showBar(id, !barVisible(id));
-        return true;
-    case nextPaneCommand:
-    case prevPaneCommand:
-        // one pane only: the focus stays in the text (or in the preview that shows in its place)
-        OnSetFocus();
-        return true;
-    default:
+    // a bar the frame was not given is no command of its
+    if ((id == toolBarId || id == statusBarId) && !barWindow(id))
         return false;
-    }
+    return winRunCommand(commands(), *this, id);
 }
 
 bool winFrame::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    switch (id) {
-    case toolBarId:
-    case statusBarId:
-        if (!barWindow(id))
-            return false;
-        state.enabled = !(id == toolBarId && overlay_);
-        state.checked = barVisible(id) || (id == toolBarId && toolBarHiddenForOverlay_);
-        return true;
-    case nextPaneCommand:
-    case prevPaneCommand:
-        state.enabled = true;
-        return true;
-    default:
+    if ((id == toolBarId || id == statusBarId) && !barWindow(id))
         return false;
-    }
+    return winUpdateCommand(commands(), *this, id, state);
 }
 
 void winFrame::showPrompt(unsigned id)
@@ -457,8 +453,8 @@ void winFrame::acceptDroppedFiles(bool accept)
 
 void winFrame::OnDestroy()
 {
-    winApp* app = winApp::instance();
-    if (app && app->mainFrame() == this)
+    // the frame the application's template made is the main one: the program ends with it
+    if (services_)
         PostQuitMessage(0);
 }
 
@@ -476,6 +472,11 @@ void winFrame::updateTitle()
     if (document_ && !document_->title().empty())
         caption = appTitle_.empty() ? document_->title() : document_->title() + L" - " + appTitle_;
     SetWindowTextW(hwnd(), caption.c_str());
+}
+
+std::wstring winFrame::documentTitle() const
+{
+    return document_ ? document_->title() : std::wstring();
 }
 
 std::wstring winFrame::messageText() const
@@ -509,8 +510,7 @@ bool winFrame::routeCommand(unsigned id)
         return true;
     if (document_ && document_->onCommand(id))
         return true;
-    winApp* app = winApp::instance();
-    return app && app->onCommand(id);
+    return services_ && services_->onCommand(id);
 }
 
 bool winFrame::routeUpdateCommand(unsigned id, winCommandState& state)
@@ -522,15 +522,14 @@ bool winFrame::routeUpdateCommand(unsigned id, winCommandState& state)
         return true;
     if (document_ && document_->onUpdateCommand(id, state))
         return true;
-    winApp* app = winApp::instance();
-    return app && app->onUpdateCommand(id, state);
+    return services_ && services_->onUpdateCommand(id, state);
 }
 
 bool winFrame::OnCommand(unsigned id, unsigned code, HWND control)
 {
     if (control && view_ && control == view_->hwnd()) {
         // a notification from the text, not a command
-        view_->OnControlNotify(code);
+        OnViewNotify(code);
         return true;
     }
     // a menu item, an accelerator, or a button of a bar (BN_CLICKED)
@@ -539,11 +538,16 @@ bool winFrame::OnCommand(unsigned id, unsigned code, HWND control)
     return routeCommand(id);
 }
 
+void winFrame::OnViewNotify(unsigned code)
+{
+    if (code == EN_CHANGE && document_)
+        document_->setModified(true);
+}
+
 void winFrame::OnInitMenuPopup(HMENU popup)
 {
-    winApp* app = winApp::instance();
-    if (app && app->recentFiles())
-        app->recentFiles()->updateMenu(popup);
+    if (services_ && services_->recentFiles())
+        services_->recentFiles()->updateMenu(popup);
     int count = GetMenuItemCount(popup);
     for (int i = 0; i < count; ++i) {
         UINT id = GetMenuItemID(popup, i);
@@ -573,8 +577,8 @@ void winFrame::openDroppedFiles(HDROP drop)
     if (overlay_)
         SendMessageW(overlay_, WM_CLOSE, 0, 0);
     SetForegroundWindow(hwnd());
-    if (winApp* app = winApp::instance())
-        app->openDocumentFile(path);
+    if (services_)
+        services_->openDocumentFile(path);
 }
 
 void winFrame::OnDropFiles(HDROP drop)

@@ -2,9 +2,9 @@
 // measurement, at layout time or when a page is drawn, comes from the same font on the same device.
 #include "win/winTextPrinter.h"
 
+#include "win/winHandles.h"
+#include "win/winIds.h"
 #include "win/winText.h"
-
-#include "resourceIds.h"
 
 #include <algorithm>
 #include <vector>
@@ -108,7 +108,7 @@ void winTextPrinter::printPage(HDC target, std::size_t page)
 {
     if (!layout_)
         return;
-    HGDIOBJ oldFont = font_ ? SelectObject(target, font_) : nullptr;
+    winSelection font(target, font_);
     SetBkMode(target, TRANSPARENT);
     SetTextColor(target, RGB(0, 0, 0));
     SetTextAlign(target, TA_LEFT | TA_TOP | TA_NOUPDATECP);
@@ -121,6 +121,4 @@ void winTextPrinter::printPage(HDC target, std::size_t page)
     for (wchar_t c : footer)
         width += measure_->advance(reinterpret_cast<const char16_t*>(&c), 1);
     drawRun(target, frame_.left + (frame_.width - width) / 2, frame_.footerTop, footer.data(), footer.size());
-    if (oldFont)
-        SelectObject(target, oldFont);
 }
