@@ -6,11 +6,13 @@
 #include "win/winControl.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
+#include "win/winHandles.h"
 #include "win/winRecentFiles.h"
 #include "win/winServices.h"
 #include "win/winStatusBar.h"
 #include "win/winText.h"
 #include "win/winToolBar.h"
+#include "win/winToolTip.h"
 
 namespace
 {
@@ -18,58 +20,6 @@ namespace
 bool hasResource(unsigned id, LPCWSTR type)
 {
     return FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), type) != nullptr;
-}
-
-bool shown(HWND window)
-{
-    // the style, not IsWindowVisible: a bar of a frame not yet shown counts as shown
-    return window && (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE);
-}
-
-// The lock key behind each of the framework's indicator ids (CAP, NUM, SCRL).
-int indicatorKey(unsigned id)
-{
-    switch (id) {
-    case ID_INDICATOR_CAPS:
-        return VK_CAPITAL;
-    case ID_INDICATOR_NUM:
-        return VK_NUMLOCK;
-    case ID_INDICATOR_SCRL:
-        return VK_SCROLL;
-    default:
-        return 0;
-    }
-}
-
-// Copies `text` into a tooltip request's buffer of `size` characters, cutting it between characters.
-void copyTip(const std::wstring& text, wchar_t* buffer, size_t size)
-{
-    size_t n = std::min(text.size(), size - 1);
-    if (n > 0 && n < text.size() && IS_HIGH_SURROGATE(text[n - 1]))
-        --n;
-    text.copy(buffer, n);
-    buffer[n] = L'\0';
-}
-
-void copyTip(const std::wstring& text, char* buffer, size_t size)
-{
-    int n = int(text.size()), written = 0;
-    // the longest head of the text that fits, in the program's code page
-    while (n > 0 &&
-           (written = WideCharToMultiByte(CP_ACP, 0, text.c_str(), n, buffer, int(size) - 1, nullptr, nullptr)) == 0)
-        n -= n > 1 && IS_LOW_SURROGATE(text[size_t(n) - 1]) ? 2 : 1;
-    buffer[written] = '\0';
-}
-
-// Fills a narrow or wide tooltip request with the tooltip of the command it names.
-template <typename Request> void answerTip(Request& request, const winFrame& frame)
-{
-    UINT_PTR id = request.hdr.idFrom;
-    if (request.uFlags & TTF_IDISHWND)
-        id = UINT_PTR(GetDlgCtrlID(reinterpret_cast<HWND>(id)));
-    copyTip(id ? frame.tooltipText(unsigned(id)) : std::wstring(), request.szText, std::size(request.szText));
-    request.lpszText = request.szText;
-    request.hinst = nullptr;
 }
 
 } // namespace
@@ -115,10 +65,11 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case WM_CREATE:
-        messageText_ = winText::load(AFX_IDS_IDLEMESSAGE);
+        pane_.setMessage(winText::load(AFX_IDS_IDLEMESSAGE));
         if (!OnCreate(*reinterpret_cast<CREATESTRUCTW*>(lParam)))
             return -1;
-        loadBarState();
+        if (services_)
+            bars_.load(services_->profileKey());
         onIdleUpdate();
         return 0;
     case WM_SIZE:
@@ -183,69 +134,38 @@ bool winFrame::OnCreate(const CREATESTRUCTW&)
 
 void winFrame::setBars(winToolBar* toolBar, winStatusBar* statusBar)
 {
-    toolBar_ = toolBar;
-    statusBar_ = statusBar;
-    if (toolBar_)
-        toolBar_->onDocked = [this](winToolBar::Side) {
+    bars_.set(toolBar, statusBar);
+    if (toolBar)
+        toolBar->onDocked = [this](winToolBar::Side) {
             recalcLayout();
             saveBarState();
         };
-    setMessageText(messageText_);
+    pane_.setBar(statusBar);
+    setMessageText(pane_.message());
 }
 
 void winFrame::layoutBars(RECT& client)
 {
-    if (statusBar_)
-        statusBar_->place(client);
-    if (toolBar_)
-        toolBar_->place(client);
+    bars_.layout(client);
 }
 
 bool winFrame::barVisible(unsigned barId) const
 {
-    return shown(barWindow(barId));
-}
-
-HWND winFrame::barWindow(unsigned barId) const
-{
-    if (barId == toolBarId && toolBar_)
-        return toolBar_->hwnd();
-    if (barId == statusBarId && statusBar_)
-        return statusBar_->hwnd();
-    return nullptr;
+    return bars_.visible(barId);
 }
 
 void winFrame::showBar(unsigned barId, bool show)
 {
-    HWND bar = barWindow(barId);
-    if (!bar || shown(bar) == show)
+    if (!bars_.show(barId, show))
         return;
-    ShowWindow(bar, show ? SW_SHOWNA : SW_HIDE);
     recalcLayout();
     saveBarState();
 }
 
 void winFrame::saveBarState() const
 {
-    if (!services_ || !toolBar_ || !statusBar_)
-        return;
-    winBarState state;
-    state.toolBarVisible = barVisible(toolBarId) || toolBarHiddenForOverlay_;
-    state.toolBarSide = toolBar_->side();
-    state.statusBarVisible = barVisible(statusBarId);
-    state.save(services_->profileKey());
-}
-
-void winFrame::loadBarState()
-{
-    if (!services_ || !toolBar_ || !statusBar_)
-        return;
-    winBarState state = winBarState::load(services_->profileKey());
-    // moving flows every button again: only when the bar is kept elsewhere
-    if (toolBar_->dockingEnabled() && state.toolBarSide != toolBar_->side())
-        toolBar_->setSide(state.toolBarSide);
-    ShowWindow(toolBar_->hwnd(), state.toolBarVisible ? SW_SHOWNA : SW_HIDE);
-    ShowWindow(statusBar_->hwnd(), state.statusBarVisible ? SW_SHOWNA : SW_HIDE);
+    if (services_)
+        bars_.save(services_->profileKey());
 }
 
 std::wstring winFrame::commandString(unsigned id) const
@@ -268,19 +188,16 @@ std::wstring winFrame::tooltipText(unsigned id) const
 
 void winFrame::onIdleUpdate()
 {
-    if (toolBar_ && shown(toolBar_->hwnd()))
-        toolBar_->updateButtons([this](unsigned id, bool& enabled, bool& checked) {
+    if (winToolBar* bar = bars_.toolBar(); bar && bars_.visible(toolBarId))
+        bar->updateButtons([this](unsigned id, bool& enabled, bool& checked) {
             winCommandState state{enabled, checked};
             if (!routeUpdateCommand(id, state))
                 state = {false, false};
             enabled = state.enabled;
             checked = state.checked;
         });
-    if (statusBar_ && shown(statusBar_->hwnd()))
-        statusBar_->updateIndicators([](unsigned id) {
-            int key = indicatorKey(id);
-            return key && (GetKeyState(key) & 1);
-        });
+    if (winStatusBar* bar = bars_.statusBar(); bar && bars_.visible(statusBarId))
+        bar->updateKeyIndicators();
 }
 
 winCommandTable<winFrame> winFrame::commands()
@@ -291,7 +208,7 @@ winCommandTable<winFrame> winFrame::commands()
     };
     static const auto barState = [](winFrame& frame, unsigned id, winCommandState& state) {
         state.enabled = !(id == toolBarId && frame.overlay_);
-        state.checked = frame.barVisible(id) || (id == toolBarId && frame.toolBarHiddenForOverlay_);
+        state.checked = frame.bars_.chosen(id);
     };
     // one pane only: the focus stays in the text (or in the preview that shows in its place)
     static const auto focusPane = [](winFrame& frame, unsigned) { frame.OnSetFocus(); };
@@ -307,41 +224,30 @@ winCommandTable<winFrame> winFrame::commands()
 bool winFrame::onCommand(unsigned id)
 {
     // a bar the frame was not given is no command of its
-    if ((id == toolBarId || id == statusBarId) && !barWindow(id))
+    if ((id == toolBarId || id == statusBarId) && !bars_.window(id))
         return false;
     return winRunCommand(commands(), *this, id);
 }
 
 bool winFrame::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if ((id == toolBarId || id == statusBarId) && !barWindow(id))
+    if ((id == toolBarId || id == statusBarId) && !bars_.window(id))
         return false;
     return winUpdateCommand(commands(), *this, id, state);
 }
 
 void winFrame::showPrompt(unsigned id)
 {
-    prompting_ = true;
     std::wstring prompt;
     if (id)
         GetMessageString(id, prompt);
-    if (statusBar_)
-        statusBar_->setPaneText(0, prompt);
-}
-
-void winFrame::endPrompt()
-{
-    if (!prompting_)
-        return;
-    prompting_ = false;
-    if (statusBar_)
-        statusBar_->setPaneText(0, messageText_);
+    pane_.showPrompt(prompt);
 }
 
 void winFrame::OnMenuSelect(unsigned item, unsigned flags, HMENU menu)
 {
     if (flags == 0xFFFF && !menu) {
-        endPrompt(); // the menu closed
+        pane_.endPrompt(); // the menu closed
         return;
     }
     // popups, separators and the system menu have no prompt
@@ -358,11 +264,11 @@ bool winFrame::OnNotify(NMHDR& header, LRESULT& result)
         result = 0;
         return true;
     case TBN_HOTITEMCHANGE: {
-        if (!toolBar_ || header.hwndFrom != toolBar_->hwnd())
+        if (!bars_.toolBar() || header.hwndFrom != bars_.toolBar()->hwnd())
             return false;
         const auto& hot = reinterpret_cast<const NMTBHOTITEM&>(header);
         if (hot.dwFlags & HICF_LEAVING)
-            endPrompt();
+            pane_.endPrompt();
         else
             showPrompt(unsigned(hot.idNew));
         result = 0;
@@ -382,10 +288,7 @@ void winFrame::OnDpiChanged(UINT, const RECT& suggested)
 
 void winFrame::OnToolTipText(NMHDR& header)
 {
-    if (header.code == TTN_GETDISPINFOW)
-        answerTip(reinterpret_cast<NMTTDISPINFOW&>(header), *this);
-    else
-        answerTip(reinterpret_cast<NMTTDISPINFOA&>(header), *this);
+    winToolTip::answer(header, [this](unsigned id) { return tooltipText(id); });
 }
 
 void winFrame::recalcLayout()
@@ -405,15 +308,7 @@ void winFrame::setViewOverlay(HWND overlay, winCommandTarget* target)
     HWND view = view_ ? view_->hwnd() : nullptr;
     if (view)
         ShowWindow(view, overlay ? SW_HIDE : SW_SHOW);
-    if (HWND bar = barWindow(toolBarId)) {
-        if (overlay && shown(bar)) {
-            ShowWindow(bar, SW_HIDE);
-            toolBarHiddenForOverlay_ = true;
-        } else if (!overlay && toolBarHiddenForOverlay_) {
-            ShowWindow(bar, SW_SHOWNA);
-            toolBarHiddenForOverlay_ = false;
-        }
-    }
+    bars_.stepAside(overlay != nullptr);
     recalcLayout();
     if (overlay)
         ShowWindow(overlay, SW_SHOW);
@@ -481,14 +376,12 @@ std::wstring winFrame::documentTitle() const
 
 std::wstring winFrame::messageText() const
 {
-    return messageText_;
+    return pane_.message();
 }
 
 void winFrame::setMessageText(const std::wstring& text)
 {
-    messageText_ = text;
-    if (statusBar_ && !prompting_)
-        statusBar_->setPaneText(0, text);
+    pane_.setMessage(text);
 }
 
 void winFrame::replaceMenu(HMENU menu)
@@ -564,13 +457,15 @@ void winFrame::OnInitMenuPopup(HMENU popup)
 
 void winFrame::openDroppedFiles(HDROP drop)
 {
-    UINT length = DragQueryFileW(drop, 0, nullptr, 0);
     std::wstring path;
-    if (length != 0 && length != UINT(-1)) {
-        path.assign(length + 1, L'\0');
-        path.resize(DragQueryFileW(drop, 0, path.data(), length + 1));
+    {
+        winDrop owned(drop);
+        UINT length = DragQueryFileW(drop, 0, nullptr, 0);
+        if (length != 0 && length != UINT(-1)) {
+            path.assign(length + 1, L'\0');
+            path.resize(DragQueryFileW(drop, 0, path.data(), length + 1));
+        }
     }
-    DragFinish(drop);
     if (path.empty())
         return;
     // the overlay shows the document that is about to be replaced

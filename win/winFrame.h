@@ -10,7 +10,9 @@
 #pragma once
 
 #include "win/winCommandTarget.h"
+#include "win/winFrameBars.h"
 #include "win/winIds.h"
+#include "win/winMessagePane.h"
 #include "win/winViewHost.h"
 #include "win/winWindow.h"
 
@@ -90,11 +92,11 @@ public:
     // The bars; null when the frame has none.
     winToolBar* toolBar() const
     {
-        return toolBar_;
+        return bars_.toolBar();
     }
     winStatusBar* statusBar() const
     {
-        return statusBar_;
+        return bars_.statusBar();
     }
     // Shows or hides the bar of `barId` (toolBarId, statusBarId), lays the frame out and keeps the choice.
     void showBar(unsigned barId, bool show);
@@ -177,13 +179,9 @@ protected:
 
 private:
     static winCommandTable<winFrame> commands();
-    // Shows the prompt of `id` (0: an empty prompt) in the message pane until endPrompt.
+    // Shows the prompt of `id` (0: an empty prompt) in the message pane until the pane's endPrompt.
     void showPrompt(unsigned id);
-    void endPrompt();
-    // The window of bar `barId`; null when the frame has no such bar.
-    HWND barWindow(unsigned barId) const;
     void saveBarState() const;
-    void loadBarState();
 
     winDocument* document_ = nullptr;
     winEditView* view_ = nullptr;
@@ -191,12 +189,8 @@ private:
     HACCEL accelerators_ = nullptr;
     unsigned resourceId_ = 0;
     std::wstring appTitle_;
-    std::wstring messageText_;
-    winToolBar* toolBar_ = nullptr;
-    winStatusBar* statusBar_ = nullptr;
-    bool prompting_ = false;
+    winMessagePane pane_;
+    winFrameBars bars_;
     HWND overlay_ = nullptr;
     winCommandTarget* overlayTarget_ = nullptr;
-    // the toolbar the user chose to see, stepped aside while an overlay brings its own bar
-    bool toolBarHiddenForOverlay_ = false;
 };

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include <memory>
 #include <type_traits>
@@ -38,6 +39,12 @@ struct GdiObject {
         DeleteObject(object);
     }
 };
+struct Drop {
+    void operator()(HDROP drop) const
+    {
+        DragFinish(drop);
+    }
+};
 struct ImageList {
     void operator()(HIMAGELIST list) const
     {
@@ -57,6 +64,8 @@ using winOwnedDC = std::unique_ptr<std::remove_pointer_t<HDC>, winRelease::DC>;
 template <class Object> using winGdiObject = std::unique_ptr<std::remove_pointer_t<Object>, winRelease::GdiObject>;
 using winFont = winGdiObject<HFONT>;
 using winBitmap = winGdiObject<HBITMAP>;
+// A drop of files from the shell (WM_DROPFILES): DragFinish.
+using winDrop = std::unique_ptr<std::remove_pointer_t<HDROP>, winRelease::Drop>;
 // An image list from ImageList_Create: ImageList_Destroy.
 using winImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, winRelease::ImageList>;
 

@@ -4,6 +4,7 @@
 
 #include "win/winDpi.h"
 #include "win/winHandles.h"
+#include "win/winIds.h"
 #include "win/winText.h"
 
 #include <commctrl.h>
@@ -49,6 +50,17 @@ void winStatusBar::updateIndicators(const std::function<bool(unsigned)>& on)
 {
     for (size_t i = 0; i < ids_.size(); ++i)
         setPaneText(int(i) + 1, on(ids_[i]) ? texts_[i] : std::wstring());
+}
+
+void winStatusBar::updateKeyIndicators()
+{
+    updateIndicators([](unsigned id) {
+        int key = id == ID_INDICATOR_CAPS   ? VK_CAPITAL
+                  : id == ID_INDICATOR_NUM  ? VK_NUMLOCK
+                  : id == ID_INDICATOR_SCRL ? VK_SCROLL
+                                            : 0;
+        return key && (GetKeyState(key) & 1);
+    });
 }
 
 void winStatusBar::place(RECT& client)
