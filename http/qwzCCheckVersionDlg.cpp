@@ -8,7 +8,7 @@
 
 #include "app/qwzCText.h"
 #include "app/qwzVersionInfo.h"
-#include "document/qwzOutput.h"
+#include "document/qwzStreamOutput.h"
 #include "http/httpThing.h"
 #include "http/qwzProductServer.h"
 #include "res/resource.h"
@@ -62,7 +62,7 @@ private:
 
 int runVersionCheck(VersionCheckResult& result, winFrame* frame)
 {
-    qwzProductServer server = qwzProductServer::current(qwzOutput::standardOutput());
+    qwzProductServer server = qwzProductServer::current(qwzStreamOutput::standardOutput());
     std::cout.flush();
     // destroyed in reverse: the cursor first, then the status text
     StatusText status(frame);
