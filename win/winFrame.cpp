@@ -46,32 +46,22 @@ bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& v
     view_ = &view;
     services_ = services;
     HINSTANCE instance = GetModuleHandleW(nullptr);
-    HMENU menu = loadMenu(resourceId);
+    winMenu menu(loadMenu(resourceId));
     if (hasResource(resourceId, RT_ACCELERATOR))
         accelerators_ = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(resourceId));
-    if (!createWindow(0, appTitle_, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-                      CW_USEDEFAULT, nullptr, menu)) {
-        // a window that was never made does not own its menu
-        if (menu && !IsMenu(menu))
-            menu = nullptr;
-        if (menu)
-            DestroyMenu(menu);
-        return false;
-    }
-    return true;
+    bool created = createWindow(0, appTitle_, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
+                                CW_USEDEFAULT, CW_USEDEFAULT, nullptr, menu.get());
+    // a window that was made owns its menu, and one destroyed during creation took it along
+    if (created || !IsMenu(menu.get()))
+        menu.release();
+    return created;
 }
 
 LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case WM_CREATE:
-        pane_.setMessage(winText::load(AFX_IDS_IDLEMESSAGE));
-        if (!OnCreate(*reinterpret_cast<CREATESTRUCTW*>(lParam)))
-            return -1;
-        if (services_)
-            bars_.load(services_->profileKey());
-        onIdleUpdate();
-        return 0;
+        return OnCreateFrame(*reinterpret_cast<CREATESTRUCTW*>(lParam)) ? 0 : -1;
     case WM_SIZE:
         OnSize();
         return 0;
@@ -119,6 +109,18 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         break;
     }
     return winWindow::HandleMessage(msg, wParam, lParam);
+}
+
+bool winFrame::OnCreateFrame(const CREATESTRUCTW& cs)
+{
+    pane_.setMessage(winText::load(AFX_IDS_IDLEMESSAGE));
+    if (!OnCreate(cs))
+        return false;
+    // the bars as the user left them, and their states from the start
+    if (services_)
+        bars_.load(services_->profileKey());
+    onIdleUpdate();
+    return true;
 }
 
 HMENU winFrame::loadMenu(unsigned resourceId)
@@ -386,10 +388,13 @@ void winFrame::setMessageText(const std::wstring& text)
 
 void winFrame::replaceMenu(HMENU menu)
 {
-    HMENU old = GetMenu(hwnd());
-    SetMenu(hwnd(), menu);
-    if (old && old != menu)
-        DestroyMenu(old);
+    {
+        winMenu old(GetMenu(hwnd()));
+        SetMenu(hwnd(), menu);
+        // the same menu given again stays
+        if (old.get() == menu)
+            old.release();
+    }
     DrawMenuBar(hwnd());
 }
 

@@ -179,6 +179,8 @@ protected:
 
 private:
     static winCommandTable<winFrame> commands();
+    // WM_CREATE: the idle message, the subclass's OnCreate, then the saved bar state.
+    bool OnCreateFrame(const CREATESTRUCTW& cs);
     // Shows the prompt of `id` (0: an empty prompt) in the message pane until the pane's endPrompt.
     void showPrompt(unsigned id);
     void saveBarState() const;

@@ -45,6 +45,18 @@ struct Drop {
         DragFinish(drop);
     }
 };
+struct Menu {
+    void operator()(HMENU menu) const
+    {
+        DestroyMenu(menu);
+    }
+};
+struct Local {
+    void operator()(void* memory) const
+    {
+        LocalFree(memory);
+    }
+};
 struct ImageList {
     void operator()(HIMAGELIST list) const
     {
@@ -64,6 +76,10 @@ using winOwnedDC = std::unique_ptr<std::remove_pointer_t<HDC>, winRelease::DC>;
 template <class Object> using winGdiObject = std::unique_ptr<std::remove_pointer_t<Object>, winRelease::GdiObject>;
 using winFont = winGdiObject<HFONT>;
 using winBitmap = winGdiObject<HBITMAP>;
+// A menu that no window owns yet: DestroyMenu.
+using winMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, winRelease::Menu>;
+// Memory that a system call allocated for its caller with LocalAlloc: LocalFree.
+template <class T> using winLocal = std::unique_ptr<T, winRelease::Local>;
 // A drop of files from the shell (WM_DROPFILES): DragFinish.
 using winDrop = std::unique_ptr<std::remove_pointer_t<HDROP>, winRelease::Drop>;
 // An image list from ImageList_Create: ImageList_Destroy.

@@ -43,14 +43,20 @@ protected:
     LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
         if ((msg == WM_COMMAND && LOWORD(wParam) == IDCANCEL) || msg == WM_CLOSE) {
-            cancelled_ = true;
-            EnableWindow(GetDlgItem(hwnd(), IDCANCEL), FALSE);
+            OnCancel();
             return 0;
         }
         return winWindow::HandleMessage(msg, wParam, lParam);
     }
 
 private:
+    // Cancel or the close box: the job stops before its next page; asking twice changes nothing.
+    void OnCancel()
+    {
+        cancelled_ = true;
+        EnableWindow(GetDlgItem(hwnd(), IDCANCEL), FALSE);
+    }
+
     HWND child(const wchar_t* cls, const std::wstring& text, DWORD style, int id, int x, int y, int w, int h)
     {
         HWND control =
