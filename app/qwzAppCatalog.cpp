@@ -9,6 +9,7 @@
 
 #include "foundation/utPath.h"
 #include "nls/nlsDomainManager.h"
+#include "nls/nlsSearchPath.h"
 
 namespace
 {
@@ -84,7 +85,8 @@ nlsDomain* qwzAppCatalog::domain()
     if (domain_ && domainBase_ != baseGeneration)
         stop();
     if (!domain_) {
-        domain_ = nlsDomainManager::createDomain(base().c_str(), "quillon");
+        // the installation directory may hold ";", which would otherwise split it into two
+        domain_ = nlsDomainManager::createDomain(nlsSearchPath::listOf(base().c_str()).c_str(), "quillon");
         domainBase_ = baseGeneration;
     }
     return domain_;
