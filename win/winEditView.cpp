@@ -29,6 +29,12 @@ bool isWholeWord(const std::wstring& text, size_t start, size_t length)
     return !before && !after;
 }
 
+// An edit command that is the control's own message.
+template <UINT message, LPARAM lParam = 0> void sendToControl(winEditView& view, unsigned)
+{
+    SendMessageW(view.hwnd(), message, 0, lParam);
+}
+
 void lowerInPlace(std::wstring& s)
 {
     // CharLowerBuffW maps one unit to one unit, so positions stay valid
@@ -117,17 +123,6 @@ void winEditView::selection(size_t& start, size_t& end) const
 winCommandTable<winEditView> winEditView::commands()
 {
     using View = winEditView;
-    // the edit commands are the control's own messages
-    static const auto send = [](View& view, unsigned id) {
-        static const std::pair<unsigned, UINT> messages[] = {{ID_EDIT_UNDO, EM_UNDO},
-                                                             {ID_EDIT_CUT, WM_CUT},
-                                                             {ID_EDIT_COPY, WM_COPY},
-                                                             {ID_EDIT_PASTE, WM_PASTE},
-                                                             {ID_EDIT_CLEAR, WM_CLEAR}};
-        for (const auto& [command, message] : messages)
-            if (command == id)
-                SendMessageW(view.hwnd_, message, 0, 0);
-    };
     static const auto hasSelection = [](View& view, unsigned, winCommandState& state) {
         size_t start = 0, end = 0;
         view.selection(start, end);
@@ -137,18 +132,18 @@ winCommandTable<winEditView> winEditView::commands()
         state.enabled = GetWindowTextLengthW(view.hwnd_) > 0;
     };
     static const winCommand<View> table[] = {
-        {ID_EDIT_UNDO, send,
+        {ID_EDIT_UNDO, sendToControl<EM_UNDO>,
          [](View& view, unsigned, winCommandState& state) {
              state.enabled = SendMessageW(view.hwnd_, EM_CANUNDO, 0, 0) != 0;
          }},
-        {ID_EDIT_CUT, send, hasSelection},
-        {ID_EDIT_COPY, send, hasSelection},
-        {ID_EDIT_CLEAR, send, hasSelection},
-        {ID_EDIT_PASTE, send,
+        {ID_EDIT_CUT, sendToControl<WM_CUT>, hasSelection},
+        {ID_EDIT_COPY, sendToControl<WM_COPY>, hasSelection},
+        {ID_EDIT_CLEAR, sendToControl<WM_CLEAR>, hasSelection},
+        {ID_EDIT_PASTE, sendToControl<WM_PASTE>,
          [](View&, unsigned, winCommandState& state) {
              state.enabled = IsClipboardFormatAvailable(CF_UNICODETEXT) != 0;
          }},
-        {ID_EDIT_SELECT_ALL, [](View& view, unsigned) { SendMessageW(view.hwnd_, EM_SETSEL, 0, -1); }, hasText},
+        {ID_EDIT_SELECT_ALL, sendToControl<EM_SETSEL, -1>, hasText},
         {ID_EDIT_FIND, [](View& view, unsigned) { view.openFindDialog(); }, hasText},
         // an empty document prints one empty page; no printer is told when chosen
         {ID_FILE_PRINT, [](View& view, unsigned) { view.print(false); }},

@@ -2,7 +2,6 @@
 // close prompt and dropped files.
 #include "win/winFrame.h"
 
-#include "win/winBarState.h"
 #include "win/winControl.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
