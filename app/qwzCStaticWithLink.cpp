@@ -28,18 +28,9 @@ bool opensSafely(const utString& url)
 }
 
 // The one holder of the rich-edit library.
-struct RichEditLibrary {
-    HMODULE module = nullptr;
-    ~RichEditLibrary()
-    {
-        if (module)
-            FreeLibrary(module);
-    }
-};
-
-RichEditLibrary& richEdit()
+winModule& richEdit()
 {
-    static RichEditLibrary library;
+    static winModule library;
     return library;
 }
 
@@ -47,17 +38,15 @@ RichEditLibrary& richEdit()
 
 bool qwzCStaticWithLink::loadLibrary(const wchar_t* name)
 {
-    RichEditLibrary& library = richEdit();
-    HMODULE loaded = LoadLibraryW(name);
-    if (library.module)
-        FreeLibrary(library.module);
-    library.module = loaded;
-    return loaded != nullptr;
+    // loaded before the old one is freed: the same library loaded again then stays in memory
+    winModule& library = richEdit();
+    library = winModule(LoadLibraryW(name));
+    return library != nullptr;
 }
 
 bool qwzCStaticWithLink::libraryLoaded()
 {
-    return richEdit().module != nullptr;
+    return richEdit() != nullptr;
 }
 
 qwzCStaticWithLink::qwzCStaticWithLink()

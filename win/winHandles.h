@@ -45,6 +45,12 @@ struct Drop {
         DragFinish(drop);
     }
 };
+struct Module {
+    void operator()(HMODULE module) const
+    {
+        FreeLibrary(module);
+    }
+};
 struct Menu {
     void operator()(HMENU menu) const
     {
@@ -76,6 +82,8 @@ using winOwnedDC = std::unique_ptr<std::remove_pointer_t<HDC>, winRelease::DC>;
 template <class Object> using winGdiObject = std::unique_ptr<std::remove_pointer_t<Object>, winRelease::GdiObject>;
 using winFont = winGdiObject<HFONT>;
 using winBitmap = winGdiObject<HBITMAP>;
+// A library from LoadLibrary: FreeLibrary.
+using winModule = std::unique_ptr<std::remove_pointer_t<HMODULE>, winRelease::Module>;
 // A menu that no window owns yet: DestroyMenu.
 using winMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, winRelease::Menu>;
 // Memory that a system call allocated for its caller with LocalAlloc: LocalFree.
