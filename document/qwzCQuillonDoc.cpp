@@ -16,6 +16,7 @@
 #include "document/qwzCQuillonView.h"
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
+#include "foundation/utFileHandle.h"
 #include "foundation/utPath.h"
 #include "resourceIds.h"
 #include "win/winServices.h"
@@ -23,19 +24,12 @@
 namespace
 {
 
-struct FileCloser {
-    void operator()(std::FILE* f) const
-    {
-        std::fclose(f);
-    }
-};
-
 // The whole file in one read; false when it cannot be opened or read. `size` is set whenever known, so
 // that an oversized file is refused before anything is allocated.
 enum class ReadResult { Ok, Failed, TooLarge };
 ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::size_t& size)
 {
-    std::unique_ptr<std::FILE, FileCloser> file(utOpenFile(path.c_str(), "rb"));
+    utFileHandle file(utOpenFile(path.c_str(), "rb"));
     if (!file || _fseeki64(file.get(), 0, SEEK_END) != 0)
         return ReadResult::Failed;
     long long length = _ftelli64(file.get());
