@@ -47,7 +47,7 @@
 #define ID_FILE_PRINT 57607
 #define ID_FILE_PRINT_DIRECT 57608
 #define ID_FILE_PRINT_PREVIEW 57609
-// the recent-file list: the menu's placeholder is the first entry, and up to 16 follow it
+// the recent-file list: sixteen ids, the first of them the placeholder in the File menu
 #define ID_FILE_MRU_FILE1 57616
 #define ID_FILE_MRU_FILE2 57617
 #define ID_FILE_MRU_FILE3 57618
