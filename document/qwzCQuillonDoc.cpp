@@ -13,6 +13,7 @@
 #include "document/qwzCQuillonView.h"
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
+#include "document/qwzRecoveryFile.h"
 #include "foundation/utPath.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
@@ -84,6 +85,9 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
 bool qwzCQuillonDoc::onNewDocument()
 {
     alteredFile_.clear();
+    // the template asked about the old text first: it was saved or given up
+    if (recovery_)
+        recovery_->discard();
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -98,6 +102,8 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
     alteredFile_.clear();
+    if (recovery_)
+        recovery_->discard();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -172,6 +178,45 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
         return false;
     if (isSameFile(path, alteredFile_))
         alteredFile_.clear();
+    if (recovery_)
+        recovery_->discard();
+    return true;
+}
+
+void qwzCQuillonDoc::setRecovery(qwzCRecoveryKeeper* keeper)
+{
+    recovery_ = keeper;
+}
+
+void qwzCQuillonDoc::noteEdit()
+{
+    if (recovery_)
+        recovery_->noteEdit();
+}
+
+bool qwzCQuillonDoc::recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const
+{
+    qwzCQuillonView* view = getView();
+    if (!isModified() || !view || !view->hwnd())
+        return false;
+    snapshot.text = view->text();
+    snapshot.path = pathName();
+    size_t start = 0, end = 0;
+    view->selection(start, end);
+    snapshot.caret = end;
+    return true;
+}
+
+bool qwzCQuillonDoc::restore(const qwzRecoveryRecord& record)
+{
+    qwzCQuillonView* view = getView();
+    if (!view || !view->setText(qwzWide(record.text.c_str(), static_cast<int>(record.text.size()))))
+        return false;
+    alteredFile_.clear();
+    keepUntitled_ = false;
+    setDocumentPath(utString(record.path.c_str()));
+    setModified(true);
+    view->setSelection(record.caret, record.caret);
     return true;
 }
 

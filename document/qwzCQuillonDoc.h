@@ -5,10 +5,12 @@
 // save over that file asks first.
 #pragma once
 
+#include "document/qwzCRecoveryKeeper.h"
 #include "foundation/utString.h"
 #include "win/winDocument.h"
 
 class qwzCQuillonView;
+struct qwzRecoveryRecord;
 
 class qwzCQuillonDoc : public winDocument
 {
@@ -38,6 +40,17 @@ public:
     SaveChoice confirmSave(const std::wstring& target) override;
     bool onSaveDocument(const std::wstring& path) override;
 
+    // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
+    // unsaved text is gone.
+    void setRecovery(qwzCRecoveryKeeper* keeper);
+    // The text changed in the view.
+    void noteEdit();
+    // The unsaved text as the keeper writes it; false when the document is not modified.
+    bool recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const;
+    // Shows a recovered text as a modified document under its original path ("Untitled" when it had
+    // none), the caret where it was; false when the view cannot hold it.
+    bool restore(const qwzRecoveryRecord& record);
+
 private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
@@ -50,4 +63,5 @@ private:
     std::wstring alteredFile_;
     bool percentsCollapsed_ = false;
     bool notUtf8_ = false;
+    qwzCRecoveryKeeper* recovery_ = nullptr;
 };
