@@ -160,8 +160,11 @@ int qwzCQuillonApp::exitInstance()
 {
     int code = quitEarly_ ? exitCode_ : winApp::exitInstance();
     // a clean end: the text was saved or given up at the frame's question
-    if (recovery_)
+    if (recovery_) {
         recovery_->finish();
+        // past this point a crash has no text to keep
+        qwzCCrashReport::install(nullptr);
+    }
     if (oleStarted_) {
         OleUninitialize();
         oleStarted_ = false;

@@ -93,7 +93,7 @@ void encodeAndWriteOnTheWorker(benchmark::State& state)
     const std::string path = scratchFile() + ".qrf";
     for (auto _ : state) {
         std::string bytes;
-        qwzRecoveryFile::format("C:\\Users\\me\\notes.txt", "UTF-8", 12345, text.text(), text.size(), bytes);
+        qwzRecoveryFile::format("C:\\Users\\me\\notes.txt", utEncoding::Utf8, 12345, text.text(), text.size(), bytes);
         std::FILE* f = std::fopen(path.c_str(), "wb");
         benchmark::DoNotOptimize(std::fwrite(bytes.data(), 1, bytes.size(), f));
         std::fclose(f);

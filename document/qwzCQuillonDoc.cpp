@@ -201,6 +201,8 @@ bool qwzCQuillonDoc::recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) co
         return false;
     snapshot.text = view->text();
     snapshot.path = pathName();
+    // what the document was read in; UTF-8 until the document records an encoding of its own
+    snapshot.encoding = utEncoding::Utf8;
     size_t start = 0, end = 0;
     view->selection(start, end);
     snapshot.caret = end;

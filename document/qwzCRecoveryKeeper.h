@@ -16,13 +16,15 @@
 #include <thread>
 #include <vector>
 
+#include "foundation/utTextEncoding.h"
+
 class qwzCRecoveryKeeper
 {
 public:
     // What is written: the document's text as the control holds it, with its path, encoding and caret.
     struct Snapshot {
         std::wstring path;
-        std::string encoding = "UTF-8";
+        utEncoding encoding = utEncoding::Utf8;
         std::size_t caret = 0;
         std::wstring text;
     };

@@ -13,7 +13,14 @@ namespace
 {
 
 const char magic[] = "QUILLON-RECOVERY 1";
-const char* const encodings[] = {"UTF-8", "UTF-8-BOM", "UTF-16LE", "UTF-16BE"};
+struct EncodingName {
+    utEncoding encoding;
+    const char* name;
+};
+const EncodingName encodings[] = {{utEncoding::Utf8, "UTF-8"},
+                                  {utEncoding::Utf8Bom, "UTF-8-BOM"},
+                                  {utEncoding::Utf16LE, "UTF-16LE"},
+                                  {utEncoding::Utf16BE, "UTF-16BE"}};
 
 // Reads one header line "<key>: <value>\n" at `pos`; false when the line or its key is not there.
 bool headerLine(const char* data, std::size_t size, std::size_t& pos, const char* key, std::string& value)
@@ -58,26 +65,37 @@ struct FileCloser {
 
 } // namespace
 
-bool qwzRecoveryFile::knownEncoding(const std::string& name)
+const char* qwzRecoveryFile::encodingName(utEncoding encoding)
 {
-    for (const char* known : encodings)
-        if (name == known)
+    for (const EncodingName& known : encodings)
+        if (known.encoding == encoding)
+            return known.name;
+    return encodings[0].name;
+}
+
+bool qwzRecoveryFile::encodingFromName(const std::string& name, utEncoding& encoding)
+{
+    for (const EncodingName& known : encodings)
+        if (name == known.name) {
+            encoding = known.encoding;
             return true;
+        }
     return false;
 }
 
-bool qwzRecoveryFile::format(const std::string& path, const std::string& encoding, std::size_t caret,
-                             const char16_t* text, std::size_t units, std::string& out)
+bool qwzRecoveryFile::format(const std::string& path, utEncoding encoding, std::size_t caret, const char16_t* text,
+                             std::size_t units, std::string& out)
 {
     if (path.find_first_of("\r\n", 0, 2) != std::string::npos || path.find('\0') != std::string::npos ||
-        !knownEncoding(encoding) || units > 0x7FFFFFFE)
+        units > 0x7FFFFFFE)
         return false;
     utUtf16ToUtf8 utf8(units ? text : u"", static_cast<int>(units));
     out.clear();
     out.reserve(path.size() + 96 + static_cast<std::size_t>(utf8.length()));
     out += magic;
     out += "\npath: " + path;
-    out += "\nencoding: " + encoding;
+    out += "\nencoding: ";
+    out += encodingName(encoding);
     out += "\ncaret: " + std::to_string(caret > units ? units : caret);
     out += "\nlength: " + std::to_string(utf8.length());
     out += "\n\n";
@@ -91,17 +109,16 @@ qwzRecoveryFile::ParseResult qwzRecoveryFile::parse(const char* data, std::size_
     if (!data || size < magicLength + 1 || std::memcmp(data, magic, magicLength) != 0 || data[magicLength] != '\n')
         return ParseResult::NotRecovery;
     std::size_t pos = magicLength + 1;
-    std::string caret, length;
-    if (!headerLine(data, size, pos, "path", record.path) ||
-        !headerLine(data, size, pos, "encoding", record.encoding) || !headerLine(data, size, pos, "caret", caret) ||
-        !headerLine(data, size, pos, "length", length))
+    std::string encoding, caret, length;
+    if (!headerLine(data, size, pos, "path", record.path) || !headerLine(data, size, pos, "encoding", encoding) ||
+        !headerLine(data, size, pos, "caret", caret) || !headerLine(data, size, pos, "length", length))
         return ParseResult::Damaged;
     if (pos >= size || data[pos] != '\n')
         return ParseResult::Damaged;
     ++pos;
     std::size_t textLength = 0;
-    if (!knownEncoding(record.encoding) || !number(length, size - pos, textLength) || textLength != size - pos ||
-        !number(caret, textLength, record.caret))
+    if (!encodingFromName(encoding, record.encoding) || !number(length, size - pos, textLength) ||
+        textLength != size - pos || !number(caret, textLength, record.caret))
         return ParseResult::Damaged;
     record.text.assign(data + pos, textLength);
     return ParseResult::Ok;

@@ -16,9 +16,11 @@
 #include <cstddef>
 #include <string>
 
+#include "foundation/utTextEncoding.h"
+
 struct qwzRecoveryRecord {
     std::string path;
-    std::string encoding = "UTF-8";
+    utEncoding encoding = utEncoding::Utf8;
     std::size_t caret = 0;
     std::string text;
 };
@@ -28,13 +30,14 @@ class qwzRecoveryFile
 public:
     enum class ParseResult { Ok, NotRecovery, Damaged };
 
-    // The four encodings a record may name.
-    static bool knownEncoding(const std::string& name);
+    // The name a record gives an encoding, and back; false for a name that is none of the four.
+    static const char* encodingName(utEncoding encoding);
+    static bool encodingFromName(const std::string& name, utEncoding& encoding);
 
     // The file's bytes for a record whose text is still UTF-16 (as the edit control holds it); the
     // conversion to UTF-8 is done here, off the user-interface thread. False when the path holds a line
-    // break or the encoding is unknown (no Windows path does, and the header could not be read back).
-    static bool format(const std::string& path, const std::string& encoding, std::size_t caret, const char16_t* text,
+    // break (no Windows path does, and the header could not be read back).
+    static bool format(const std::string& path, utEncoding encoding, std::size_t caret, const char16_t* text,
                        std::size_t units, std::string& out);
 
     // Reads `size` bytes of a recovery file into `record`; anything but Ok leaves `record` unspecified.

@@ -12,7 +12,7 @@ namespace
 
 using Result = qwzRecoveryFile::ParseResult;
 
-std::string formatted(const std::string& path, const std::string& encoding, size_t caret, const std::u16string& text)
+std::string formatted(const std::string& path, utEncoding encoding, size_t caret, const std::u16string& text)
 {
     std::string out;
     EXPECT_TRUE(qwzRecoveryFile::format(path, encoding, caret, text.data(), text.size(), out));
@@ -31,23 +31,24 @@ Result readBack(const std::string& bytes, qwzRecoveryRecord& record)
 TEST(RecoveryFile, KeepsPathEncodingCaretAndTextThroughAFile)
 {
     struct Case {
-        std::string path, encoding;
+        std::string path;
+        utEncoding encoding;
         size_t caret;
         std::u16string text;
         std::string utf8;
     } cases[] = {
         {"C:\\Notes\\Gr\xC3\xB6\xC3\x9F"
          "e.txt",
-         "UTF-8", 4, u"line one\r\nline two", "line one\r\nline two"},
-        {"", "UTF-16LE", 0, u"", ""},
-        {"\\\\server\\share\\a b.log", "UTF-8-BOM", 2, u"\u00e9\U0001F600x", "\xC3\xA9\xF0\x9F\x98\x80x"},
-        {"D:\\x.txt", "UTF-16BE", 1, u"%s %n 100%", "%s %n 100%"},
+         utEncoding::Utf8, 4, u"line one\r\nline two", "line one\r\nline two"},
+        {"", utEncoding::Utf16LE, 0, u"", ""},
+        {"\\\\server\\share\\a b.log", utEncoding::Utf8Bom, 2, u"\u00e9\U0001F600x", "\xC3\xA9\xF0\x9F\x98\x80x"},
+        {"D:\\x.txt", utEncoding::Utf16BE, 1, u"%s %n 100%", "%s %n 100%"},
     };
     for (const Case& c : cases) {
         qwzRecoveryRecord record;
         ASSERT_EQ(readBack(formatted(c.path, c.encoding, c.caret, c.text), record), Result::Ok) << c.path;
         EXPECT_EQ(record.path, c.path);
-        EXPECT_EQ(record.encoding, c.encoding);
+        EXPECT_TRUE(record.encoding == c.encoding) << qwzRecoveryFile::encodingName(record.encoding);
         EXPECT_EQ(record.caret, c.caret);
         EXPECT_EQ(record.text, c.utf8);
     }
@@ -55,7 +56,7 @@ TEST(RecoveryFile, KeepsPathEncodingCaretAndTextThroughAFile)
 
 TEST(RecoveryFile, WritesAHeaderAnEditorCanRead)
 {
-    std::string bytes = formatted("C:\\a.txt", "UTF-8", 99, u"ab");
+    std::string bytes = formatted("C:\\a.txt", utEncoding::Utf8, 99, u"ab");
     // a caret past the end is kept at the end
     EXPECT_EQ(bytes, "QUILLON-RECOVERY 1\npath: C:\\a.txt\nencoding: UTF-8\ncaret: 2\nlength: 2\n\nab");
 }
@@ -64,14 +65,13 @@ TEST(RecoveryFile, RefusesWhatItCouldNotReadBack)
 {
     std::string out;
     const std::u16string text = u"x";
-    EXPECT_FALSE(qwzRecoveryFile::format("C:\\a\nb.txt", "UTF-8", 0, text.data(), 1, out));
-    EXPECT_FALSE(qwzRecoveryFile::format("C:\\a\rb.txt", "UTF-8", 0, text.data(), 1, out));
-    EXPECT_FALSE(qwzRecoveryFile::format("C:\\a.txt", "latin1", 0, text.data(), 1, out));
+    EXPECT_FALSE(qwzRecoveryFile::format("C:\\a\nb.txt", utEncoding::Utf8, 0, text.data(), 1, out));
+    EXPECT_FALSE(qwzRecoveryFile::format("C:\\a\rb.txt", utEncoding::Utf8, 0, text.data(), 1, out));
 }
 
 TEST(RecoveryFile, RefusesDamagedFiles)
 {
-    const std::string good = formatted("C:\\a.txt", "UTF-8", 1, u"hello");
+    const std::string good = formatted("C:\\a.txt", utEncoding::Utf8, 1, u"hello");
     static const char nulInPath[] = "QUILLON-RECOVERY 1\npath: a\0b\nencoding: UTF-8\ncaret: 0\nlength: 0\n\n";
     struct Case {
         const char* why;

@@ -80,7 +80,7 @@ TEST(Recovery, TypingWritesTheFileAfterAPauseAndSavingDeletesIt)
     qwzRecoveryRecord record = readRecord(kept.keeper.file());
     EXPECT_EQ(record.text, "old new \xC3\xA9\r\nline");
     EXPECT_EQ(qwzWide(record.path.c_str()), path);
-    EXPECT_EQ(record.encoding, "UTF-8");
+    EXPECT_TRUE(record.encoding == utEncoding::Utf8);
     EXPECT_EQ(record.caret, 15u);
     EXPECT_EQ(wt::listDir(kept.folder).size(), 1u) << "no temporary file is left beside it";
 
