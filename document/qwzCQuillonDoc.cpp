@@ -209,6 +209,11 @@ bool qwzCQuillonDoc::recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) co
     return true;
 }
 
+bool qwzCQuillonDoc::keepForRestart()
+{
+    return recovery_ && recovery_->writeNow() != qwzCRecoveryKeeper::Written::Failed;
+}
+
 bool qwzCQuillonDoc::restore(const qwzRecoveryRecord& record)
 {
     qwzCQuillonView* view = getView();

@@ -47,6 +47,9 @@ public:
     void noteEdit();
     // The unsaved text as the keeper writes it; false when the document is not modified.
     bool recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const;
+    // Writes the unsaved text to the recovery file now, for a restart by Windows; false when it is not
+    // kept (no keeper, or the write failed), so that the user must be asked.
+    bool keepForRestart();
     // Shows a recovered text as a modified document under its original path ("Untitled" when it had
     // none), the caret where it was; false when the view cannot hold it.
     bool restore(const qwzRecoveryRecord& record);

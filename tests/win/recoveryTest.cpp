@@ -110,6 +110,19 @@ TEST(Recovery, NewOpenAndACleanEndDeleteTheFile)
     }
 }
 
+TEST(Recovery, ARestartByWindowsKeepsTheTextWithoutAsking)
+{
+    Kept kept("recovery-restart");
+    kept.type(L"before the update");
+    HWND frame = kept.app.mainFrame()->hwnd();
+    EXPECT_EQ(SendMessageW(frame, WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP), TRUE);
+    EXPECT_TRUE(kept.app.boxes.empty()) << "no question";
+    EXPECT_EQ(readRecord(kept.keeper.file()).text, "before the update");
+    // a log-off still asks, and the test's Cancel keeps the session
+    EXPECT_EQ(SendMessageW(frame, WM_QUERYENDSESSION, 0, 0), FALSE);
+    EXPECT_EQ(kept.app.boxes.size(), 1u);
+}
+
 TEST(Recovery, RunsNeverTakeEachOthersFiles)
 {
     std::wstring folder = wt::scratch("recovery-runs");
