@@ -29,6 +29,30 @@ bool makeFolders(const std::wstring& path)
     return CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
+// Removes what a write cut short by the end of its process left behind: the safe save's temporary and
+// backup files ("~qsv..."), once they are older than any write still under way can be.
+void sweepTemporaries(const std::wstring& folder)
+{
+    FILETIME now = {};
+    GetSystemTimeAsFileTime(&now);
+    ULARGE_INTEGER limit = {};
+    limit.LowPart = now.dwLowDateTime;
+    limit.HighPart = now.dwHighDateTime;
+    limit.QuadPart -= 60ull * 10000000ull;
+    WIN32_FIND_DATAW data = {};
+    HANDLE search = FindFirstFileW((folder + L"\\~qsv*").c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE)
+        return;
+    do {
+        ULARGE_INTEGER written = {};
+        written.LowPart = data.ftLastWriteTime.dwLowDateTime;
+        written.HighPart = data.ftLastWriteTime.dwHighDateTime;
+        if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && written.QuadPart < limit.QuadPart)
+            DeleteFileW((folder + L"\\" + data.cFileName).c_str());
+    } while (FindNextFileW(search, &data));
+    FindClose(search);
+}
+
 std::wstring baseName(const std::wstring& path)
 {
     size_t cut = path.find_last_of(L"\\/");
@@ -46,9 +70,9 @@ qwzCRecoveryKeeper::~qwzCRecoveryKeeper()
     if (timed == this)
         timed = nullptr;
     {
+        // a write already asked for still happens: it may be the only copy of the text
         std::lock_guard<std::mutex> hold(mutex_);
         stopping_ = true;
-        pending_.clear();
     }
     wake_.notify_all();
     if (worker_.joinable())
@@ -217,6 +241,7 @@ std::vector<std::wstring> qwzCRecoveryKeeper::claimLeftFiles()
         std::wstring path;
         FILETIME written;
     };
+    sweepTemporaries(folder_);
     std::vector<Found> found;
     WIN32_FIND_DATAW data = {};
     HANDLE search = FindFirstFileW((folder_ + L"\\*" + fileExtension).c_str(), &data);

@@ -38,7 +38,8 @@ public:
 
     // `folder` empty: defaultFolder().
     explicit qwzCRecoveryKeeper(std::wstring folder = std::wstring());
-    // Stops the worker after its current write. The file stays: only finish() says the run ended cleanly.
+    // Stops the worker once the write asked for last is done. The file stays: only finish() says the run
+    // ended cleanly.
     ~qwzCRecoveryKeeper();
     qwzCRecoveryKeeper(const qwzCRecoveryKeeper&) = delete;
     qwzCRecoveryKeeper& operator=(const qwzCRecoveryKeeper&) = delete;
@@ -78,7 +79,8 @@ public:
     void waitIdle();
 
     // The recovery files in the folder that were left by runs that are gone, oldest first, each now
-    // held by this run until it is deleted or this keeper ends.
+    // held by this run until it is deleted or this keeper ends. Temporary files of writes that a killed
+    // run left unfinished are deleted on the way.
     std::vector<std::wstring> claimLeftFiles();
     // Deletes a left file that this run holds, and lets its mutex go.
     void deleteLeftFile(const std::wstring& path);

@@ -140,6 +140,24 @@ TEST(Recovery, RunsNeverTakeEachOthersFiles)
     EXPECT_EQ(wt::readWide(live.file()), "QUILLON-RECOVERY 1\npath: \nencoding: UTF-8\ncaret: 0\nlength: 4\n\nlive");
 }
 
+TEST(Recovery, TemporaryFilesOfAKilledWriteGoOnceTheyAreOld)
+{
+    std::wstring folder = wt::scratch("recovery-temporaries");
+    std::wstring old = folder + L"\\~qsv0000abcd.tmp", fresh = folder + L"\\~qsv0000abce.tmp";
+    wt::writeWide(old, "half written");
+    wt::writeWide(fresh, "being written");
+    HANDLE file = CreateFileW(old.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    FILETIME longAgo = {0, 0x01D00000};
+    ASSERT_TRUE(SetFileTime(file, nullptr, nullptr, &longAgo));
+    CloseHandle(file);
+    qwzCRecoveryKeeper keeper(folder);
+    ASSERT_TRUE(keeper.start());
+    EXPECT_TRUE(keeper.claimLeftFiles().empty());
+    EXPECT_EQ(wt::listDir(folder), std::vector<std::wstring>{L"~qsv0000abce.tmp"})
+        << "a write under way keeps its file";
+}
+
 TEST(Recovery, ARestoredTextIsModifiedUnderItsPathAndSavesThere)
 {
     struct Case {
