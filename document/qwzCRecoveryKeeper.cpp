@@ -5,6 +5,7 @@
 #include <shlobj.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cwchar>
 
 #include "app/qwzCText.h"
@@ -161,9 +162,11 @@ qwzCRecoveryKeeper::Written qwzCRecoveryKeeper::writeNow()
     if (!lock_ || !source_ || !source_(snapshot))
         return Written::Nothing;
     {
-        // a write not yet begun holds older text
-        std::lock_guard<std::mutex> hold(mutex_);
+        // a write not yet begun holds older text, and one under way must not land after this one; the
+        // wait is bounded, since a crash may have stopped the worker itself
+        std::unique_lock<std::mutex> hold(mutex_);
         pending_.clear();
+        idle_.wait_for(hold, std::chrono::seconds(5), [this] { return !busy_; });
     }
     return writeSnapshot(snapshot) ? Written::Yes : Written::Failed;
 }

@@ -55,6 +55,8 @@ class Recovery(h.QuillonTestCase):
         offer = h.wait_window(OFFER, timeout=60)
         h.screenshot("recovery-offer", offer)
         h.key(offer, "Return")
+        # a search while the offer's window goes can fail on it: wait until it has gone
+        h.eventually(lambda: "Recover Unsaved Text" not in h.visible_titles(), what="the offer to close")
         return h.wait_window(title_regex, timeout=30)
 
     def test_a_files_text_comes_back_under_its_title_and_saves_to_the_file(self):
@@ -123,6 +125,7 @@ class Recovery(h.QuillonTestCase):
         self.start()
         offer = h.wait_window(OFFER, timeout=60)
         h.key(offer, "alt+d")
+        h.eventually(lambda: "Recover Unsaved Text" not in h.visible_titles(), what="the offer to close")
         h.wait_window("^Untitled" + re.escape(TITLE_TAIL))
         h.eventually(lambda: not recovery_files(), what="an empty recovery folder after Discard")
 
