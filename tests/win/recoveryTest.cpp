@@ -163,16 +163,22 @@ TEST(Recovery, ARestoredTextIsModifiedUnderItsPathAndSavesThere)
     struct Case {
         std::string path;
         std::wstring title;
+        utEncoding encoding;
+        std::string saved;
     };
     std::wstring path = wt::scratch("recovery-restore") + L"\\kept \u00fc.txt";
     wt::writeWide(path, "on disk");
-    const Case cases[] = {{qwzUtf8(path).str(), path}, {"", L"Untitled"}};
+    const std::string utf16 = std::string("\xFF\xFEt\0y\0p\0e\0d\0 \0\xAC\x20\r\0\n\0m\0o\0r\0e\0", 28);
+    const Case cases[] = {{qwzUtf8(path).str(), path, utEncoding::Utf8, "typed \xE2\x82\xAC\r\nmore"},
+                          {qwzUtf8(path).str(), path, utEncoding::Utf16LE, utf16},
+                          {"", L"Untitled", utEncoding::Utf8, ""}};
     for (const Case& c : cases) {
         Kept kept("recovery-restore-run");
         qwzRecoveryRecord record;
         record.path = c.path;
         record.text = "typed \xE2\x82\xAC\r\nmore";
         record.caret = 3;
+        record.encoding = c.encoding;
         ASSERT_TRUE(kept.app.doc()->restore(record));
         EXPECT_EQ(kept.app.view()->text(), L"typed \u20ac\r\nmore");
         EXPECT_TRUE(kept.app.doc()->isModified());
@@ -183,7 +189,7 @@ TEST(Recovery, ARestoredTextIsModifiedUnderItsPathAndSavesThere)
         if (c.path.empty())
             continue;
         SendMessageW(kept.app.mainFrame()->hwnd(), WM_COMMAND, save, 0);
-        EXPECT_EQ(wt::readWide(path), "typed \xE2\x82\xAC\r\nmore") << "saved to its own path, no Save As";
+        EXPECT_EQ(wt::readWide(path), c.saved) << "saved to its own path in its own encoding, no Save As";
         EXPECT_TRUE(kept.app.fileDialogsOpened.empty());
     }
 }
