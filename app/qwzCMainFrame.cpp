@@ -8,6 +8,7 @@
 #include "app/qwzDib.h"
 #include "app/qwzInstallDir.h"
 #include "app/qwzVersionInfo.h"
+#include "document/qwzCQuillonDoc.h"
 #include "win/winDpi.h"
 #include "win/winHtmlHelp.h"
 #include "win/winServices.h"
@@ -74,6 +75,15 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
     }
     setBars(&toolBar_, &statusBar_);
     return true;
+}
+
+bool qwzCMainFrame::OnQueryEndSession(LPARAM flags)
+{
+    // nobody may be there to answer "Save changes?" while an update restarts Windows
+    if (flags & ENDSESSION_CLOSEAPP)
+        if (auto* doc = dynamic_cast<qwzCQuillonDoc*>(document()); doc && doc->keepForRestart())
+            return true;
+    return winFrame::OnQueryEndSession(flags);
 }
 
 HMENU qwzCMainFrame::loadMenu(unsigned id)

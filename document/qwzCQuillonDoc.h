@@ -6,11 +6,13 @@
 // as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first.
 #pragma once
 
+#include "document/qwzCRecoveryKeeper.h"
 #include "foundation/utString.h"
 #include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
 
 class qwzCQuillonView;
+struct qwzRecoveryRecord;
 
 class qwzCQuillonDoc : public winDocument
 {
@@ -46,6 +48,21 @@ public:
     SaveChoice confirmSave(const std::wstring& target) override;
     bool onSaveDocument(const std::wstring& path) override;
 
+    // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
+    // unsaved text is gone.
+    void setRecovery(qwzCRecoveryKeeper* keeper);
+    // The text changed in the view: modified, and the keeper is told.
+    void onTextChanged() override;
+    void noteEdit();
+    // The unsaved text as the keeper writes it; false when the document is not modified.
+    bool recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const;
+    // Writes the unsaved text to the recovery file now, for a restart by Windows; false when it is not
+    // kept (no keeper, or the write failed), so that the user must be asked.
+    bool keepForRestart();
+    // Shows a recovered text as a modified document under its original path ("Untitled" when it had
+    // none), the caret where it was; false when the view cannot hold it.
+    bool restore(const qwzRecoveryRecord& record);
+
 private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
@@ -58,6 +75,7 @@ private:
     std::wstring alteredFile_;
     bool percentsCollapsed_ = false;
     bool notUtf8_ = false;
+    qwzCRecoveryKeeper* recovery_ = nullptr;
     bool notUtf16_ = false;
     utEncoding encoding_ = utEncoding::Utf8;
     // A UTF-16 file that came without a mark is saved without one.

@@ -39,6 +39,11 @@ public:
     {
         return modified_;
     }
+    // The text changed in the view (EN_CHANGE); the default marks the document modified.
+    virtual void onTextChanged()
+    {
+        modified_ = true;
+    }
     void setModified(bool modified = true)
     {
         modified_ = modified;

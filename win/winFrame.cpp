@@ -96,7 +96,7 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         OnClose();
         return 0;
     case WM_QUERYENDSESSION:
-        return OnQueryEndSession() ? TRUE : FALSE;
+        return OnQueryEndSession(lParam) ? TRUE : FALSE;
     case WM_DESTROY:
         OnDestroy();
         return 0;
@@ -337,7 +337,7 @@ void winFrame::OnClose()
     DestroyWindow(hwnd());
 }
 
-bool winFrame::OnQueryEndSession()
+bool winFrame::OnQueryEndSession(LPARAM)
 {
     return !document_ || document_->saveModified();
 }
@@ -438,7 +438,7 @@ bool winFrame::OnCommand(unsigned id, unsigned code, HWND control)
 void winFrame::OnViewNotify(unsigned code)
 {
     if (code == EN_CHANGE && document_)
-        document_->setModified(true);
+        document_->onTextChanged();
 }
 
 void winFrame::OnInitMenuPopup(HMENU popup)

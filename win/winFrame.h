@@ -156,8 +156,9 @@ protected:
     virtual void layoutBars(RECT& client);
     // Asks the document to save if modified, then destroys the window.
     virtual void OnClose();
-    // Windows is ending the session: true lets it, after the save prompt.
-    virtual bool OnQueryEndSession();
+    // Windows is ending the session (`flags` as WM_QUERYENDSESSION's lParam): true lets it, after the save
+    // prompt.
+    virtual bool OnQueryEndSession(LPARAM flags);
     virtual void OnDestroy();
     virtual void OnSize();
     virtual void OnSetFocus();

@@ -45,6 +45,13 @@ struct Drop {
         DragFinish(drop);
     }
 };
+struct Search {
+    void operator()(HANDLE search) const
+    {
+        if (search != INVALID_HANDLE_VALUE)
+            FindClose(search);
+    }
+};
 struct Module {
     void operator()(HMODULE module) const
     {
@@ -73,6 +80,8 @@ struct ImageList {
 
 // A kernel handle (a file): CloseHandle; INVALID_HANDLE_VALUE counts as none.
 using winHandle = std::unique_ptr<void, winRelease::Handle>;
+// A directory search from FindFirstFile: FindClose; INVALID_HANDLE_VALUE counts as none.
+using winFileSearch = std::unique_ptr<void, winRelease::Search>;
 // A registry key from RegOpenKeyEx or RegCreateKeyEx: RegCloseKey.
 using winRegKey = std::unique_ptr<std::remove_pointer_t<HKEY>, winRelease::Key>;
 // A device context from CreateDC, CreateCompatibleDC or the Print dialog, a printer's above all: DeleteDC.
