@@ -56,12 +56,30 @@ int stat(const char16_t* name, Status& out)
     else
         out.kind = EntryKind::Other;
     out.size = st.st_size;
+    // the C library's time has whole seconds; a rewrite within one second must still show
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (GetFileAttributesExW(w(name), GetFileExInfoStandard, &data))
+        out.writeTime =
+            static_cast<long long>((static_cast<unsigned long long>(data.ftLastWriteTime.dwHighDateTime) << 32) |
+                                   data.ftLastWriteTime.dwLowDateTime);
+    else
+        out.writeTime = static_cast<long long>(st.st_mtime);
     return 0;
 }
 
 std::FILE* fopen(const char16_t* name, const char16_t* mode)
 {
     return _wfopen(w(name), w(mode));
+}
+
+int seek(std::FILE* file, long long offset)
+{
+    return _fseeki64(file, offset, SEEK_SET) != 0 ? (errno ? errno : EINVAL) : 0;
+}
+
+long long fileLength(std::FILE* file)
+{
+    return _fseeki64(file, 0, SEEK_END) != 0 ? -1 : _ftelli64(file);
 }
 
 int unlink(const char16_t* name)
