@@ -8,6 +8,7 @@
 #include "app/qwzDib.h"
 #include "app/qwzInstallDir.h"
 #include "app/qwzVersionInfo.h"
+#include "document/qwzCQuillonDoc.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
 #include "win/winHtmlHelp.h"
@@ -69,6 +70,14 @@ int scaledToDpi(int pixels, UINT dpi)
 }
 
 } // namespace
+
+LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    if (msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
+        if (auto* doc = dynamic_cast<qwzCQuillonDoc*>(document()))
+            doc->lookAtFile();
+    return winFrame::HandleMessage(msg, wParam, lParam);
+}
 
 bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
 {

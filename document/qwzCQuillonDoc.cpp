@@ -79,11 +79,15 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
     winDocument::setPathName(path, addToRecentFiles);
     // the title is the path exactly as given, not its last component
     setTitle(path);
+    // saved under another name: that file is the one to follow now
+    if (!path.empty() && !isSameFile(path, qwzWide(watcher_.path())))
+        watchFile(qwzFileWatch(qwzUtf8(path)), true);
 }
 
 bool qwzCQuillonDoc::onNewDocument()
 {
     alteredFile_.clear();
+    watcher_.stop();
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -98,6 +102,7 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
     alteredFile_.clear();
+    watcher_.stop();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -123,6 +128,12 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     std::size_t limit = view && view->hwnd()
                             ? static_cast<std::size_t>(SendMessageW(view->hwnd(), EM_GETLIMITTEXT, 0, 0))
                             : qwzEditText::maxUnits;
+    // what the file watch compares later: the bytes as read, before rendering
+    qwzFileWatch known(path);
+    if (read == ReadResult::Ok)
+        known.know(static_cast<long long>(size),
+                   std::string_view(bytes.get(), size)
+                       .substr(size > qwzFileWatch::tailSize ? size - qwzFileWatch::tailSize : 0));
     std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
     bool exact = true;
     std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length, &exact) : 0;
@@ -135,6 +146,7 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     percentsCollapsed_ = length != size;
     notUtf8_ = !exact;
     alteredFile_ = percentsCollapsed_ || notUtf8_ ? pathName() : std::wstring();
+    watchFile(known, false);
     return Loaded;
 }
 
@@ -172,6 +184,9 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
         return false;
     if (isSameFile(path, alteredFile_))
         alteredFile_.clear();
+    // our own write is no change to report: the file as saved is what the view shows
+    if (isSameFile(path, qwzWide(watcher_.path())))
+        watchFile(qwzFileWatch(qwzUtf8(path)), true);
     return true;
 }
 
@@ -185,4 +200,89 @@ int qwzCQuillonDoc::ask(const std::wstring& text, unsigned type)
     if (winApp* app = winApp::instance())
         return app->messageBox(text, type);
     return MessageBoxW(nullptr, text.c_str(), L"Quillon", type);
+}
+
+void qwzCQuillonDoc::lookAtFile()
+{
+    watcher_.lookNow();
+}
+
+void qwzCQuillonDoc::watchFile(const qwzFileWatch& known, bool fromDisk)
+{
+    tailDecoder_ = TailDecoder();
+    followsFile_ = true;
+    // set once: a finding's handler may come back here (a reload) while it runs
+    if (!watcher_.onFinding)
+        watcher_.onFinding = [this](qwzCFileWatcher::Finding& finding) { onFileChanged(finding); };
+    watcher_.start(known, fromDisk);
+}
+
+void qwzCQuillonDoc::onFileChanged(qwzCFileWatcher::Finding& finding)
+{
+    // one question at a time: what changes while it is open is part of what it asks about
+    if (askingAboutFile_)
+        return;
+    switch (finding.change) {
+    case qwzFileWatch::Change::Unchanged:
+        return;
+    case qwzFileWatch::Change::Gone:
+        // the text stays as it is; a save writes it back
+        return;
+    case qwzFileWatch::Change::Grown:
+        if (followsFile_ && !isModified()) {
+            std::string text;
+            tailDecoder_.decode(finding.added.data(), finding.added.size(), text);
+            appendTail(qwzPercentRender::render(text));
+            return;
+        }
+        break;
+    case qwzFileWatch::Change::Rewritten:
+        break;
+    }
+    askToReload();
+}
+
+void qwzCQuillonDoc::askToReload()
+{
+    std::wstring path = pathName();
+    std::wstring text = qwzMessage(IDS_FILE_CHANGED, qwzUtf8(path).c_str());
+    text += qwzMessage(isModified() ? IDS_FILE_CHANGED_EDITS : IDS_FILE_CHANGED_RELOAD);
+    askingAboutFile_ = true;
+    int answer = ask(text, MB_YESNO | MB_ICONQUESTION);
+    askingAboutFile_ = false;
+    if (answer != IDYES) {
+        followsFile_ = false;
+        return;
+    }
+    onOpenDocument(path);
+    // as an open: a file that cannot be read again leaves an empty, untitled document
+    keepUntitled_ = false;
+}
+
+void qwzCQuillonDoc::appendTail(const std::string& text)
+{
+    if (text.empty())
+        return;
+    bool modified = isModified();
+    qwzCEditOutput(getView()).write(utString(text.c_str(), static_cast<int>(text.size())));
+    setModified(modified);
+}
+
+void qwzCQuillonDoc::TailDecoder::decode(const char* bytes, std::size_t size, std::string& out)
+{
+    held_.append(bytes, size);
+    // the start of a last sequence that is not complete yet stays for the next append
+    std::size_t end = held_.size();
+    std::size_t lead = end;
+    while (lead > 0 && end - lead < 4 && (static_cast<unsigned char>(held_[lead - 1]) & 0xC0) == 0x80)
+        --lead;
+    std::size_t keep = 0;
+    if (lead > 0) {
+        unsigned char c = static_cast<unsigned char>(held_[lead - 1]);
+        std::size_t need = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
+        if (need > end - lead + 1)
+            keep = end - lead + 1;
+    }
+    out.append(held_, 0, end - keep);
+    held_.erase(0, end - keep);
 }

@@ -2,9 +2,13 @@
 // is read in one piece and shown through the edit channel with "%%" rendered as "%" and nothing else
 // interpreted; saving writes the view's text as UTF-8 with CR-LF and no byte-order mark. When the text
 // shown is not the file's (a doubled per cent sign shown as one, bytes that are not UTF-8), the first
-// save over that file asks first.
+// save over that file asks first. While a file is shown it is watched: new bytes added by another program
+// are appended to an unedited view, any other change asks whether to reload.
 #pragma once
 
+#include <string>
+
+#include "document/qwzCFileWatcher.h"
 #include "foundation/utString.h"
 #include "win/winDocument.h"
 
@@ -38,11 +42,37 @@ public:
     SaveChoice confirmSave(const std::wstring& target) override;
     bool onSaveDocument(const std::wstring& path) override;
 
+    // The window was activated: the file is looked at now rather than at the next round.
+    void lookAtFile();
+    // The file watched for changes; empty when none.
+    const utString& watchedFile() const
+    {
+        return watcher_.path();
+    }
+
 private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
     // A message box of `type` through the application; the button chosen.
     static int ask(const std::wstring& text, unsigned type);
+
+    // Watches the file `known` describes, with a fresh decoder for its new bytes.
+    void watchFile(const qwzFileWatch& known, bool fromDisk);
+    void onFileChanged(qwzCFileWatcher::Finding& finding);
+    // Asks whether to reload the file changed on disk; Yes reloads it.
+    void askToReload();
+    // Appends rendered UTF-8 text at the end of the view; the caret follows.
+    void appendTail(const std::string& text);
+
+    // Holds back an incomplete last UTF-8 character of an append until its rest arrives.
+    class TailDecoder
+    {
+    public:
+        void decode(const char* bytes, std::size_t size, std::string& out);
+
+    private:
+        std::string held_;
+    };
 
     // Set while the template finishes an open that showed nothing.
     bool keepUntitled_ = false;
@@ -50,4 +80,11 @@ private:
     std::wstring alteredFile_;
     bool percentsCollapsed_ = false;
     bool notUtf8_ = false;
+
+    qwzCFileWatcher watcher_;
+    TailDecoder tailDecoder_;
+    // The view shows the file from its start, so that bytes added to the file belong at the view's end;
+    // false once the user chose to keep a text that is no longer the file's.
+    bool followsFile_ = false;
+    bool askingAboutFile_ = false;
 };
