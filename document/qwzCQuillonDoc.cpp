@@ -209,7 +209,8 @@ void qwzCQuillonDoc::lookAtFile()
 
 void qwzCQuillonDoc::watchFile(const qwzFileWatch& known, bool fromDisk)
 {
-    tailDecoder_ = TailDecoder();
+    // every file is shown as UTF-8 until the document keeps the encoding it came in
+    tailDecoder_ = utTextDecoder(utEncoding::Utf8);
     followsFile_ = true;
     // set once: a finding's handler may come back here (a reload) while it runs
     if (!watcher_.onFinding)
@@ -266,23 +267,4 @@ void qwzCQuillonDoc::appendTail(const std::string& text)
     bool modified = isModified();
     qwzCEditOutput(getView()).write(utString(text.c_str(), static_cast<int>(text.size())));
     setModified(modified);
-}
-
-void qwzCQuillonDoc::TailDecoder::decode(const char* bytes, std::size_t size, std::string& out)
-{
-    held_.append(bytes, size);
-    // the start of a last sequence that is not complete yet stays for the next append
-    std::size_t end = held_.size();
-    std::size_t lead = end;
-    while (lead > 0 && end - lead < 4 && (static_cast<unsigned char>(held_[lead - 1]) & 0xC0) == 0x80)
-        --lead;
-    std::size_t keep = 0;
-    if (lead > 0) {
-        unsigned char c = static_cast<unsigned char>(held_[lead - 1]);
-        std::size_t need = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
-        if (need > end - lead + 1)
-            keep = end - lead + 1;
-    }
-    out.append(held_, 0, end - keep);
-    held_.erase(0, end - keep);
 }

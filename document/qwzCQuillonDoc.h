@@ -10,6 +10,7 @@
 
 #include "document/qwzCFileWatcher.h"
 #include "foundation/utString.h"
+#include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
 
 class qwzCQuillonView;
@@ -64,16 +65,6 @@ private:
     // Appends rendered UTF-8 text at the end of the view; the caret follows.
     void appendTail(const std::string& text);
 
-    // Holds back an incomplete last UTF-8 character of an append until its rest arrives.
-    class TailDecoder
-    {
-    public:
-        void decode(const char* bytes, std::size_t size, std::string& out);
-
-    private:
-        std::string held_;
-    };
-
     // Set while the template finishes an open that showed nothing.
     bool keepUntitled_ = false;
     // The file shown otherwise than it is on disk, and how; empty once the shown text was saved over it.
@@ -82,7 +73,8 @@ private:
     bool notUtf8_ = false;
 
     qwzCFileWatcher watcher_;
-    TailDecoder tailDecoder_;
+    // The file's new bytes are decoded across appends: an append that ends inside a character waits.
+    utTextDecoder tailDecoder_{utEncoding::Utf8};
     // The view shows the file from its start, so that bytes added to the file belong at the view's end;
     // false once the user chose to keep a text that is no longer the file's.
     bool followsFile_ = false;

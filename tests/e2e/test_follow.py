@@ -1,5 +1,6 @@
 """The real quillon.exe showing a file that another program changes: a log written a line every 100 ms is
-followed to its last line; a file truncated and written anew asks, and Yes shows the new text; an edited
+followed to its last line, a character written in two halves waits for the second; a deleted file keeps
+its text for the next save; a file truncated and written anew asks, and Yes shows the new text; an edited
 document asks before anything is appended, and No is asked again only when the file changes again."""
 import os
 import re
@@ -73,6 +74,26 @@ class Follow(h.QuillonTestCase):
         print("\nthe view ended with the last line %.2f s after the last write" % delay)
         self.assertLessEqual(delay, 1.5)
         self.assertTrue(self.no_question(), "an unedited view follows without asking")
+
+    def test_a_half_written_character_waits_for_its_rest_and_doubled_per_cent_signs_show_as_one(self):
+        path = self.open_file(b"start\r\n")
+        write(path, "100%% done \u00fc".encode("utf-8")[:-1], "ab")
+        h.eventually(lambda: self.view_text() == "start\\n100% done ", what="the complete characters")
+        time.sleep(1.2)
+        self.assertEqual(self.view_text(), "start\\n100% done ", "the first byte of \u00fc is held back")
+        write(path, "\u00fc\r\n".encode("utf-8")[1:], "ab")
+        h.eventually(lambda: self.view_text() == "start\\n100% done \u00fc\\n", what="the character whole")
+
+    def test_a_deleted_file_keeps_its_text_and_save_writes_it_back(self):
+        path = self.open_file(b"kept line\r\n")
+        wid = h.wait_window(re.escape("app.log") + re.escape(TITLE_TAIL))
+        os.remove(path)
+        time.sleep(1.2)
+        self.assertTrue(self.no_question(), "a deleted file asks nothing")
+        self.assertEqual(self.view_text(), "kept line\\n")
+        h.key(wid, "ctrl+s")
+        h.eventually(lambda: os.path.exists(path) and open(path, "rb").read() == b"kept line\r\n",
+                     what="the text saved back")
 
     def test_a_file_truncated_and_written_anew_asks_and_yes_shows_the_new_text(self):
         path = self.open_file(b"".join(b"old line %d\r\n" % i for i in range(200)))
