@@ -233,7 +233,13 @@ void qwzCQuillonDoc::onFileChanged(qwzCFileWatcher::Finding& finding)
         if (followsFile_ && !isModified()) {
             std::string text;
             tailDecoder_.decode(finding.added.data(), finding.added.size(), text);
-            appendTail(qwzPercentRender::render(text));
+            std::string rendered = qwzPercentRender::render(text);
+            // a doubled per cent sign shown as one: the save over the file asks, as after an open
+            if (rendered.size() != text.size()) {
+                percentsCollapsed_ = true;
+                alteredFile_ = pathName();
+            }
+            appendTail(rendered);
             return;
         }
         break;

@@ -107,7 +107,9 @@ qwzFileWatch::Change qwzFileWatch::look(std::string& added)
 
 qwzFileWatch::Read qwzFileWatch::readFrom(long long from, long long& length, std::string& bytes) const
 {
-    std::unique_ptr<std::FILE, FileCloser> file(utOpenFile(path_.c_str(), "rb"));
+    // shared, so that the watch never keeps another program from rotating the file or a save from replacing it
+    utUtf8ToUtf16 name(path_);
+    std::unique_ptr<std::FILE, FileCloser> file(platform::fopenShared(name.c_str()));
     if (!file)
         return errno == ENOENT || errno == ENOTDIR ? Read::Missing : Read::Unreadable;
     length = platform::fileLength(file.get());

@@ -67,6 +67,11 @@ std::FILE* fopen(const char16_t* name, const char16_t* mode)
     return std::fopen(utf8(name).c_str(), utf8(mode).c_str());
 }
 
+std::FILE* fopenShared(const char16_t* name)
+{
+    return std::fopen(utf8(name).c_str(), "rb");
+}
+
 int seek(std::FILE* file, long long offset)
 {
     return fseeko(file, static_cast<off_t>(offset), SEEK_SET) != 0 ? (errno ? errno : EINVAL) : 0;

@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <clocale>
+#include <fcntl.h>
+#include <io.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <vector>
@@ -70,6 +72,28 @@ int stat(const char16_t* name, Status& out)
 std::FILE* fopen(const char16_t* name, const char16_t* mode)
 {
     return _wfopen(w(name), w(mode));
+}
+
+std::FILE* fopenShared(const char16_t* name)
+{
+    // _wfopen denies deleting: a watched log could then be neither rotated nor saved over
+    HANDLE handle = CreateFileW(w(name), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        DWORD error = GetLastError();
+        errno = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? ENOENT : EACCES;
+        return nullptr;
+    }
+    int fd = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY | _O_BINARY);
+    if (fd == -1) {
+        CloseHandle(handle);
+        errno = EMFILE;
+        return nullptr;
+    }
+    std::FILE* file = _fdopen(fd, "rb");
+    if (file == nullptr)
+        _close(fd);
+    return file;
 }
 
 int seek(std::FILE* file, long long offset)

@@ -2,10 +2,13 @@
 // taken for, the new bytes of a growing file, and that each change is found once.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <string>
 
 #include "document/qwzFileWatch.h"
+#include "foundation/utTextConversion.h"
+#include "platform/platform.h"
 #include "testSupport.h"
 
 namespace
@@ -178,6 +181,24 @@ TEST(qwzFileWatch, MissingFileIsKnownAsGone)
     EXPECT_FALSE(watch.knowFromDisk());
     std::string added;
     EXPECT_EQ(watch.look(added), Change::Unchanged);
+}
+
+// The watch reads through this: while it has the file open, a logger can still rotate it (rename, delete)
+// and a save can still replace it.
+TEST(qwzFileWatch, ItsReadNeverLocksTheFile)
+{
+    std::string dir = qt::scratchDir("shared");
+    std::string path = dir + "/log.txt", rotated = dir + "/log.1.txt";
+    qt::writeFile(path, "line\r\n");
+    utUtf8ToUtf16 name{utString(path.c_str())};
+    std::FILE* open = platform::fopenShared(name.c_str());
+    ASSERT_NE(open, nullptr);
+    EXPECT_EQ(std::rename(path.c_str(), rotated.c_str()), 0) << "renamed while the watch reads it";
+    EXPECT_EQ(std::remove(rotated.c_str()), 0) << "deleted while the watch reads it";
+    std::fclose(open);
+    utUtf8ToUtf16 missing{utString(path.c_str())};
+    EXPECT_EQ(platform::fopenShared(missing.c_str()), nullptr);
+    EXPECT_EQ(errno, ENOENT);
 }
 
 } // namespace
