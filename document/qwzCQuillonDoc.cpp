@@ -234,11 +234,13 @@ void qwzCQuillonDoc::onFileChanged(qwzCFileWatcher::Finding& finding)
             std::string text;
             tailDecoder_.decode(finding.added.data(), finding.added.size(), text);
             std::string rendered = qwzPercentRender::render(text);
-            // a doubled per cent sign shown as one: the save over the file asks, as after an open
-            if (rendered.size() != text.size()) {
-                percentsCollapsed_ = true;
+            // shown otherwise, as after an open: the save over the file asks first
+            bool exact = true;
+            qwzEditText::unitCount(rendered.data(), rendered.size(), &exact);
+            percentsCollapsed_ = percentsCollapsed_ || rendered.size() != text.size();
+            notUtf8_ = notUtf8_ || !exact;
+            if (percentsCollapsed_ || notUtf8_)
                 alteredFile_ = pathName();
-            }
             appendTail(rendered);
             return;
         }
