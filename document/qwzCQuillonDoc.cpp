@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string_view>
 
 #include "app/qwzCText.h"
 #include "document/qwzCEditOutput.h"
@@ -50,6 +51,13 @@ ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::
     return ReadResult::Ok;
 }
 
+// The last bytes that a file watch keeps of a text.
+std::string_view lastBytes(const char* bytes, std::size_t size)
+{
+    std::size_t keep = size < qwzFileWatch::tailSize ? size : qwzFileWatch::tailSize;
+    return std::string_view(bytes + (size - keep), keep);
+}
+
 } // namespace
 
 qwzCQuillonView* qwzCQuillonDoc::getView() const
@@ -80,8 +88,10 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
     // the title is the path exactly as given, not its last component
     setTitle(path);
     // saved under another name: that file is the one to follow now
-    if (!path.empty() && !isSameFile(path, qwzWide(watcher_.path())))
-        watchFile(qwzFileWatch(qwzUtf8(path)), true);
+    if (!path.empty() && !isSameFile(path, qwzWide(watcher_.path()))) {
+        bool justSaved = isSameFile(path, qwzWide(saved_.path()));
+        watchFile(justSaved ? saved_ : qwzFileWatch(qwzUtf8(path)), !justSaved);
+    }
 }
 
 bool qwzCQuillonDoc::onNewDocument()
@@ -116,6 +126,8 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     qwzCQuillonView* view = getView();
     std::unique_ptr<char[]> bytes;
     std::size_t size = 0;
+    // taken before the read: a write after it then shows as a change
+    long long writeTime = qwzFileWatch::writeTimeOf(path);
     ReadResult read = utIsRegularFile(path) ? readWhole(path, bytes, size) : ReadResult::Failed;
     if (read == ReadResult::Failed) {
         tellUser(IDS_FILE_NOT_FOUND, path);
@@ -131,9 +143,7 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     // what the file watch compares later: the bytes as read, before rendering
     qwzFileWatch known(path);
     if (read == ReadResult::Ok)
-        known.know(static_cast<long long>(size),
-                   std::string_view(bytes.get(), size)
-                       .substr(size > qwzFileWatch::tailSize ? size - qwzFileWatch::tailSize : 0));
+        known.know(static_cast<long long>(size), lastBytes(bytes.get(), size), writeTime);
     std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
     bool exact = true;
     std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length, &exact) : 0;
@@ -155,6 +165,9 @@ void qwzCQuillonDoc::serialize(std::string& bytes)
     bytes.clear();
     if (qwzCQuillonView* view = getView())
         bytes = qwzUtf8(view->text()).str();
+    // what the file holds once these bytes are saved: the watch's base after a save, with no read
+    serializedSize_ = static_cast<long long>(bytes.size());
+    serializedTail_.assign(lastBytes(bytes.data(), bytes.size()));
 }
 
 winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
@@ -185,8 +198,10 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
     if (isSameFile(path, alteredFile_))
         alteredFile_.clear();
     // our own write is no change to report: the file as saved is what the view shows
+    saved_ = qwzFileWatch(qwzUtf8(path));
+    saved_.know(serializedSize_, serializedTail_, qwzFileWatch::writeTimeOf(saved_.path()));
     if (isSameFile(path, qwzWide(watcher_.path())))
-        watchFile(qwzFileWatch(qwzUtf8(path)), true);
+        watchFile(saved_, false);
     return true;
 }
 
@@ -237,10 +252,15 @@ void qwzCQuillonDoc::onFileChanged(qwzCFileWatcher::Finding& finding)
             // shown otherwise, as after an open: the save over the file asks first
             bool exact = true;
             qwzEditText::unitCount(rendered.data(), rendered.size(), &exact);
-            percentsCollapsed_ = percentsCollapsed_ || rendered.size() != text.size();
-            notUtf8_ = notUtf8_ || !exact;
-            if (percentsCollapsed_ || notUtf8_)
+            bool collapsed = rendered.size() != text.size();
+            if (collapsed || !exact) {
+                // what a save over the file cleared no longer counts
+                if (alteredFile_.empty())
+                    percentsCollapsed_ = notUtf8_ = false;
+                percentsCollapsed_ = percentsCollapsed_ || collapsed;
+                notUtf8_ = notUtf8_ || !exact;
                 alteredFile_ = pathName();
+            }
             appendTail(rendered);
             return;
         }

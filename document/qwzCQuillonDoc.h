@@ -79,4 +79,8 @@ private:
     // false once the user chose to keep a text that is no longer the file's.
     bool followsFile_ = false;
     bool askingAboutFile_ = false;
+    // The bytes of the last serialize (their size and last bytes), and the file they were last saved to.
+    long long serializedSize_ = 0;
+    std::string serializedTail_;
+    qwzFileWatch saved_;
 };

@@ -21,22 +21,25 @@ struct FileCloser {
 
 } // namespace
 
-void qwzFileWatch::know(long long size, std::string_view tail)
+void qwzFileWatch::know(long long size, std::string_view tail, long long writeTime)
 {
     exists_ = true;
     size_ = size;
-    writeTime_ = -1;
+    writeTime_ = writeTime;
     tail_.clear();
     keepTail(tail);
 }
 
+long long qwzFileWatch::writeTimeOf(const utString& path)
+{
+    platform::Status status;
+    utUtf8ToUtf16 name(path);
+    return platform::stat(name.c_str(), status) == 0 ? status.writeTime : -1;
+}
+
 bool qwzFileWatch::knowFromDisk()
 {
-    writeTime_ = -1;
-    platform::Status status;
-    utUtf8ToUtf16 name(path_);
-    if (platform::stat(name.c_str(), status) == 0)
-        writeTime_ = status.writeTime;
+    writeTime_ = writeTimeOf(path_);
     long long length = 0;
     std::string bytes;
     if (readFrom(-1, length, bytes) != Read::Ok) {

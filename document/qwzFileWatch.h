@@ -36,9 +36,13 @@ public:
         return size_;
     }
 
-    // Knows the file as the document showed it: its first `size` bytes, of which `tail` are the last (only
-    // the last tailSize of `tail` are kept). The write time is taken as unknown, so the first look checks.
-    void know(long long size, std::string_view tail);
+    // Knows the file as the document showed or saved it: its first `size` bytes, of which `tail` are the last
+    // (only the last tailSize of `tail` are kept), written at `writeTime` (a platform::Status time taken
+    // before the bytes were read, or after they were written). With -1 for an unknown time, the first look
+    // reads the file to compare.
+    void know(long long size, std::string_view tail, long long writeTime = -1);
+    // The write time of `path` now; -1 when it cannot be had.
+    static long long writeTimeOf(const utString& path);
     // Knows the file as it is on disk now; false (and known as gone) when it cannot be read.
     bool knowFromDisk();
 

@@ -58,14 +58,19 @@ int stat(const char16_t* name, Status& out)
     else
         out.kind = EntryKind::Other;
     out.size = st.st_size;
-    // the C library's time has whole seconds; a rewrite within one second must still show
+    // the C library's time has whole seconds, and it may take size and time from the folder's entry, which
+    // lags behind a file that another program is writing; the file's own attributes are current
     WIN32_FILE_ATTRIBUTE_DATA data;
-    if (GetFileAttributesExW(w(name), GetFileExInfoStandard, &data))
+    if (GetFileAttributesExW(w(name), GetFileExInfoStandard, &data)) {
+        if (out.kind == EntryKind::Regular)
+            out.size =
+                static_cast<long long>((static_cast<unsigned long long>(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
         out.writeTime =
             static_cast<long long>((static_cast<unsigned long long>(data.ftLastWriteTime.dwHighDateTime) << 32) |
                                    data.ftLastWriteTime.dwLowDateTime);
-    else
+    } else {
         out.writeTime = static_cast<long long>(st.st_mtime);
+    }
     return 0;
 }
 

@@ -98,6 +98,13 @@ TEST(qwzFileWatch, KnownLoadIsTheBase)
     added.clear();
     EXPECT_EQ(other.look(added), Change::Rewritten);
     EXPECT_EQ(added, "");
+
+    // with the write time of the file as it is, the size and time say all: the file is not read
+    qwzFileWatch timed{utString(path.c_str())};
+    std::string whole = qt::readFile(path);
+    timed.know(static_cast<long long>(whole.size()), lines(1000, 200),
+               qwzFileWatch::writeTimeOf(utString(path.c_str())));
+    EXPECT_EQ(timed.look(added), Change::Unchanged);
 }
 
 TEST(qwzFileWatch, RewritesAreFoundOnceAndBecomeTheNewBase)
