@@ -73,9 +73,12 @@ int scaledToDpi(int pixels, UINT dpi)
 
 LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    if (msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
-        if (auto* doc = dynamic_cast<qwzCQuillonDoc*>(document()))
-            doc->lookAtFile();
+    auto* doc = dynamic_cast<qwzCQuillonDoc*>(document());
+    if (doc && msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
+        doc->lookAtFile();
+    // no question about the file once the window is going
+    if (doc && msg == WM_DESTROY)
+        doc->stopWatching();
     return winFrame::HandleMessage(msg, wParam, lParam);
 }
 

@@ -51,7 +51,7 @@ protected:
     // Menu 128 translated; null (no menu) when it can't be loaded or translated.
     HMENU loadMenu(unsigned resourceId) override;
     bool OnCreate(const CREATESTRUCTW& cs) override;
-    // Activation also has the document look at its file at once.
+    // Activation also has the document look at its file at once; the window's end stops the watch.
     LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 

@@ -222,6 +222,11 @@ void qwzCQuillonDoc::lookAtFile()
     watcher_.lookNow();
 }
 
+void qwzCQuillonDoc::stopWatching()
+{
+    watcher_.stop();
+}
+
 void qwzCQuillonDoc::watchFile(const qwzFileWatch& known, bool fromDisk)
 {
     // every file is shown as UTF-8 until the document keeps the encoding it came in

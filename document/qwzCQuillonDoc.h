@@ -45,6 +45,8 @@ public:
 
     // The window was activated: the file is looked at now rather than at the next round.
     void lookAtFile();
+    // Stops watching the file (the window closes); the next open or save watches again.
+    void stopWatching();
     // The file watched for changes; empty when none.
     const utString& watchedFile() const
     {

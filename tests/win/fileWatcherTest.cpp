@@ -1,7 +1,9 @@
 // The file watcher's hand-over: findings made on its worker thread reach the handler from the message loop,
-// in order, and none arrives after stop() (or after a restart, from the file watched before).
+// in order, and none arrives after stop() (or after a restart, from the file watched before); and the
+// document it serves: an append is no edit, and the window's end ends the questions.
 #include "app/qwzCText.h"
 #include "document/qwzCFileWatcher.h"
+#include "quillonTestApp.h"
 #include "winTestApp.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +67,25 @@ TEST(FileWatcher, FindingsReachTheMessageLoopInOrderAndStopEndsThem)
     wt::writeWide(other, "other\r\nmore\r\nafter the stop\r\n");
     pump(3 * qwzCFileWatcher::intervalMs, [] { return false; });
     EXPECT_EQ(found.size(), 3u) << "a finding after stop()";
+}
+
+TEST(FileWatcher, AnAppendIsNoEditAndTheWindowsEndStopsTheWatch)
+{
+    wt::clearSettings(L"quillonTests-follow");
+    qw::QuillonTestApp app(L"quillonTests-follow");
+    std::wstring path = qw::scratchFile("follow-doc", L"app.log", "first\r\n");
+    ASSERT_NE(app.openDocumentFile(path), nullptr);
+    wt::writeWide(path, "first\r\nsecond\r\n");
+    pump(5000, [&] { return app.view()->text() == L"first\r\nsecond\r\n"; });
+    EXPECT_EQ(app.view()->text(), L"first\r\nsecond\r\n");
+    EXPECT_FALSE(app.doc()->isModified()) << "closing would ask to save a text the user never edited";
+
+    HWND frame = app.mainFrame()->hwnd();
+    SendMessageW(frame, WM_CLOSE, 0, 0);
+    ASSERT_FALSE(IsWindow(frame));
+    wt::writeWide(path, "rewritten\r\n");
+    pump(3 * qwzCFileWatcher::intervalMs, [] { return false; });
+    EXPECT_TRUE(app.boxes.empty()) << "asked about the file after the window closed: " << wt::narrow(app.boxes[0].text);
 }
 
 } // namespace
