@@ -1,12 +1,14 @@
-// The text document. A file is read with one read into a buffer of its size, rendered in place, and
-// converted in one counting and one converting pass straight into the edit control's buffer; the bytes
-// are freed before the control lays the text out, so the peak is the file plus one UTF-16 copy.
+// The text document. A file is read with one read into a buffer of its size, decoded to UTF-8 (in place
+// for UTF-8, into a buffer sized by a counting pass for UTF-16), rendered in place, and converted in one
+// counting and one converting pass straight into the edit control's buffer; the bytes are freed before
+// the control lays the text out, so the peak is the file plus one UTF-16 copy (plus its UTF-8 for UTF-16).
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
 #include <string_view>
 
 #include "app/qwzCText.h"
@@ -49,6 +51,57 @@ ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::
         return ReadResult::Failed;
     bytes[size] = '\0';
     return ReadResult::Ok;
+}
+
+// Decodes UTF-16 in pieces into `out`, or only counts with a null `out`; returns the UTF-8 bytes.
+std::size_t decodeUtf16(utEncoding encoding, const char* in, std::size_t size, char* out, bool& exact)
+{
+    constexpr std::size_t piece = 64 * 1024;
+    utTextDecoder decoder(encoding);
+    std::string part;
+    std::size_t used = 0;
+    auto take = [&] {
+        if (out)
+            std::memcpy(out + used, part.data(), part.size());
+        used += part.size();
+        part.clear();
+    };
+    for (std::size_t at = 0; at < size; at += piece) {
+        decoder.decode(in + at, size - at < piece ? size - at : piece, part);
+        take();
+    }
+    decoder.finish(part);
+    take();
+    exact = decoder.exact();
+    return used;
+}
+
+// Puts the file's text as UTF-8, its mark dropped, in place of its bytes; false when memory is short.
+bool toUtf8(const utTextProbe& probe, std::unique_ptr<char[]>& bytes, std::size_t& size, bool& exact)
+{
+    exact = true;
+    const char* text = bytes.get() + probe.markLength;
+    std::size_t length = size - probe.markLength;
+    if (probe.encoding == utEncoding::Utf8 || probe.encoding == utEncoding::Utf8Bom) {
+        std::memmove(bytes.get(), text, length);
+        size = length;
+        bytes[size] = '\0';
+        return true;
+    }
+    std::size_t utf8Size = decodeUtf16(probe.encoding, text, length, nullptr, exact);
+    std::unique_ptr<char[]> utf8(new (std::nothrow) char[utf8Size + 1]);
+    if (!utf8)
+        return false;
+    decodeUtf16(probe.encoding, text, length, utf8.get(), exact);
+    utf8[utf8Size] = '\0';
+    bytes = std::move(utf8);
+    size = utf8Size;
+    return true;
+}
+
+bool isUtf16(utEncoding encoding)
+{
+    return encoding == utEncoding::Utf16LE || encoding == utEncoding::Utf16BE;
 }
 
 // The last bytes that a file watch keeps of a text.
@@ -97,6 +150,8 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
 bool qwzCQuillonDoc::onNewDocument()
 {
     alteredFile_.clear();
+    encoding_ = utEncoding::Utf8;
+    utf16WithoutMark_ = false;
     watcher_.stop();
     if (!winDocument::onNewDocument())
         return false;
@@ -112,6 +167,8 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
     alteredFile_.clear();
+    encoding_ = utEncoding::Utf8;
+    utf16WithoutMark_ = false;
     watcher_.stop();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
@@ -133,17 +190,25 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
         tellUser(IDS_FILE_NOT_FOUND, path);
         return Missing;
     }
-    if (read == ReadResult::Ok && std::memchr(bytes.get(), '\0', size) != nullptr) {
+    // what the file watch compares later: the bytes as read, before decoding and rendering
+    qwzFileWatch known(path);
+    if (read == ReadResult::Ok)
+        known.know(static_cast<long long>(size), lastBytes(bytes.get(), size), writeTime);
+    utTextProbe probe = {true, utEncoding::Utf8, 0};
+    bool decodedExactly = true;
+    if (read == ReadResult::Ok) {
+        probe = utProbeText(bytes.get(), size);
+        if (probe.isText && !toUtf8(probe, bytes, size, decodedExactly))
+            read = ReadResult::TooLarge;
+    }
+    // the control ends its text at the first NUL: refuse rather than show a silently cut file
+    if (read == ReadResult::Ok && (!probe.isText || std::memchr(bytes.get(), '\0', size) != nullptr)) {
         tellUser(IDS_FILE_HAS_NUL, path);
         return HasNul;
     }
     std::size_t limit = view && view->hwnd()
                             ? static_cast<std::size_t>(SendMessageW(view->hwnd(), EM_GETLIMITTEXT, 0, 0))
                             : qwzEditText::maxUnits;
-    // what the file watch compares later: the bytes as read, before rendering
-    qwzFileWatch known(path);
-    if (read == ReadResult::Ok)
-        known.know(static_cast<long long>(size), lastBytes(bytes.get(), size), writeTime);
     std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
     bool exact = true;
     std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length, &exact) : 0;
@@ -155,7 +220,10 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     setDocumentPath(path);
     percentsCollapsed_ = length != size;
     notUtf8_ = !exact;
-    alteredFile_ = percentsCollapsed_ || notUtf8_ ? pathName() : std::wstring();
+    notUtf16_ = !decodedExactly;
+    encoding_ = probe.encoding;
+    utf16WithoutMark_ = probe.markLength == 0 && isUtf16(probe.encoding);
+    alteredFile_ = percentsCollapsed_ || notUtf8_ || notUtf16_ ? pathName() : std::wstring();
     watchFile(known, false);
     return Loaded;
 }
@@ -163,8 +231,15 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
 void qwzCQuillonDoc::serialize(std::string& bytes)
 {
     bytes.clear();
-    if (qwzCQuillonView* view = getView())
-        bytes = qwzUtf8(view->text()).str();
+    serializedSize_ = 0;
+    serializedTail_.clear();
+    qwzCQuillonView* view = getView();
+    if (!view)
+        return;
+    std::wstring text = view->text();
+    bytes = utEncodeText(std::u16string_view(reinterpret_cast<const char16_t*>(text.data()), text.size()), encoding_);
+    if (utf16WithoutMark_)
+        bytes.erase(0, 2);
     // what the file holds once these bytes are saved: the watch's base after a save, with no read
     serializedSize_ = static_cast<long long>(bytes.size());
     serializedTail_.assign(lastBytes(bytes.data(), bytes.size()));
@@ -179,6 +254,8 @@ winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
         text += qwzMessage(IDS_SAVE_ALTERS_PERCENT);
     if (notUtf8_)
         text += qwzMessage(IDS_SAVE_ALTERS_UTF8);
+    if (notUtf16_)
+        text += qwzMessage(IDS_SAVE_ALTERS_UTF16);
     text += qwzMessage(IDS_SAVE_ALTERS_QUESTION);
     // No is the default: Enter must not change the file
     switch (ask(text, MB_YESNOCANCEL | MB_ICONWARNING | MB_DEFBUTTON2)) {
@@ -229,8 +306,7 @@ void qwzCQuillonDoc::stopWatching()
 
 void qwzCQuillonDoc::watchFile(const qwzFileWatch& known, bool fromDisk)
 {
-    // every file is shown as UTF-8 until the document keeps the encoding it came in
-    tailDecoder_ = utTextDecoder(utEncoding::Utf8);
+    tailDecoder_ = utTextDecoder(encoding_);
     followsFile_ = true;
     // set once: a finding's handler may come back here (a reload) while it runs
     if (!watcher_.onFinding)

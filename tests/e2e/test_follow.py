@@ -1,7 +1,8 @@
 """The real quillon.exe showing a file that another program changes: a log written a line every 100 ms is
-followed to its last line, a character written in two halves waits for the second; a deleted file keeps
-its text for the next save, after which the file is followed again; a file truncated and written anew asks, and Yes shows the new text; an edited
-document asks before anything is appended, and No is asked again only when the file changes again."""
+followed to its last line; a character written in two halves waits for the second, in UTF-8 and in UTF-16;
+a deleted file keeps its text for the next save, after which the file is followed again; a file truncated
+and written anew asks, and Yes shows the new text; an edited document asks before anything is appended,
+and No is asked again only when the file changes again."""
 import os
 import re
 import subprocess
@@ -91,6 +92,17 @@ class Follow(h.QuillonTestCase):
         h.key(box, "Escape")
         h.eventually(self.no_question, what="the save question to close")
         self.assertEqual(open(path, "rb").read(), "start\r\n100%% done \u00fc\r\n".encode("utf-8"))
+
+    def test_a_utf16_log_grows_in_its_encoding_and_a_split_character_waits(self):
+        path = self.open_file("\ufeffstart\r\n".encode("utf-16-le"))
+        more = "next \U0001F600\r\n".encode("utf-16-le")
+        # ends one byte into the high surrogate of the emoji
+        write(path, more[:11], "ab")
+        h.eventually(lambda: self.view_text() == "start\\nnext ", what="the complete characters")
+        time.sleep(1.2)
+        self.assertEqual(self.view_text(), "start\\nnext ", "the half of the surrogate pair is held back")
+        write(path, more[11:], "ab")
+        h.eventually(lambda: self.view_text() == "start\\nnext \U0001F600\\n", what="the pair whole")
 
     def test_a_deleted_file_keeps_its_text_and_save_writes_it_back(self):
         path = self.open_file(b"kept line\r\n")
