@@ -71,17 +71,6 @@ int scaledToDpi(int pixels, UINT dpi)
 
 } // namespace
 
-LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
-{
-    auto* doc = dynamic_cast<qwzCQuillonDoc*>(document());
-    if (doc && msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
-        doc->lookAtFile();
-    // no question about the file once the window is going
-    if (doc && msg == WM_DESTROY)
-        doc->stopWatching();
-    return winFrame::HandleMessage(msg, wParam, lParam);
-}
-
 bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
 {
     if (!winFrame::OnCreate(cs))
@@ -99,6 +88,20 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
     }
     setBars(&toolBar_, &statusBar_);
     return true;
+}
+
+LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    auto* doc = dynamic_cast<qwzCQuillonDoc*>(document());
+    // nobody may be there to answer "Save changes?" while an update restarts Windows
+    if (doc && msg == WM_QUERYENDSESSION && (lParam & ENDSESSION_CLOSEAPP) && doc->keepForRestart())
+        return TRUE;
+    if (doc && msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
+        doc->lookAtFile();
+    // no question about the file once the window is going
+    if (doc && msg == WM_DESTROY)
+        doc->stopWatching();
+    return winFrame::HandleMessage(msg, wParam, lParam);
 }
 
 HMENU qwzCMainFrame::loadMenu(unsigned id)

@@ -16,6 +16,7 @@
 #include "document/qwzCQuillonView.h"
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
+#include "document/qwzRecoveryFile.h"
 #include "foundation/utPath.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
@@ -152,6 +153,9 @@ bool qwzCQuillonDoc::onNewDocument()
     alteredFile_.clear();
     encoding_ = utEncoding::Utf8;
     utf16WithoutMark_ = false;
+    // the template asked about the old text first: it was saved or given up
+    if (recovery_)
+        recovery_->discard();
     watcher_.stop();
     if (!winDocument::onNewDocument())
         return false;
@@ -169,6 +173,8 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     alteredFile_.clear();
     encoding_ = utEncoding::Utf8;
     utf16WithoutMark_ = false;
+    if (recovery_)
+        recovery_->discard();
     watcher_.stop();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
@@ -274,11 +280,59 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
         return false;
     if (isSameFile(path, alteredFile_))
         alteredFile_.clear();
+    if (recovery_)
+        recovery_->discard();
     // our own write is no change to report: the file as saved is what the view shows
     saved_ = qwzFileWatch(qwzUtf8(path));
     saved_.know(serializedSize_, serializedTail_, qwzFileWatch::writeTimeOf(saved_.path()));
     if (isSameFile(path, qwzWide(watcher_.path())))
         watchFile(saved_, false);
+    return true;
+}
+
+void qwzCQuillonDoc::setRecovery(qwzCRecoveryKeeper* keeper)
+{
+    recovery_ = keeper;
+}
+
+void qwzCQuillonDoc::noteEdit()
+{
+    if (recovery_)
+        recovery_->noteEdit();
+}
+
+bool qwzCQuillonDoc::recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const
+{
+    qwzCQuillonView* view = getView();
+    if (!isModified() || !view || !view->hwnd())
+        return false;
+    snapshot.text = view->text();
+    snapshot.path = pathName();
+    snapshot.encoding = encoding_;
+    size_t start = 0, end = 0;
+    view->selection(start, end);
+    snapshot.caret = end;
+    return true;
+}
+
+bool qwzCQuillonDoc::keepForRestart()
+{
+    return recovery_ && recovery_->writeNow() != qwzCRecoveryKeeper::Written::Failed;
+}
+
+bool qwzCQuillonDoc::restore(const qwzRecoveryRecord& record)
+{
+    qwzCQuillonView* view = getView();
+    if (!view || !view->setText(qwzWide(record.text.c_str(), static_cast<int>(record.text.size()))))
+        return false;
+    alteredFile_.clear();
+    keepUntitled_ = false;
+    // a save goes back in the encoding the file came in (a UTF-16 file gets its mark)
+    encoding_ = record.encoding;
+    utf16WithoutMark_ = false;
+    setDocumentPath(utString(record.path.c_str()));
+    setModified(true);
+    view->setSelection(record.caret, record.caret);
     return true;
 }
 

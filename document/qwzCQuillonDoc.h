@@ -11,11 +11,13 @@
 #include <string>
 
 #include "document/qwzCFileWatcher.h"
+#include "document/qwzCRecoveryKeeper.h"
 #include "foundation/utString.h"
 #include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
 
 class qwzCQuillonView;
+struct qwzRecoveryRecord;
 
 class qwzCQuillonDoc : public winDocument
 {
@@ -60,6 +62,19 @@ public:
     {
         return watcher_.path();
     }
+    // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
+    // unsaved text is gone.
+    void setRecovery(qwzCRecoveryKeeper* keeper);
+    // The text changed in the view.
+    void noteEdit();
+    // The unsaved text as the keeper writes it; false when the document is not modified.
+    bool recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const;
+    // Writes the unsaved text to the recovery file now, for a restart by Windows; false when it is not
+    // kept (no keeper, or the write failed), so that the user must be asked.
+    bool keepForRestart();
+    // Shows a recovered text as a modified document under its original path ("Untitled" when it had
+    // none), the caret where it was; false when the view cannot hold it.
+    bool restore(const qwzRecoveryRecord& record);
 
 private:
     // Shows string-table message `id` about `path` in an error box.
@@ -81,6 +96,7 @@ private:
     std::wstring alteredFile_;
     bool percentsCollapsed_ = false;
     bool notUtf8_ = false;
+    qwzCRecoveryKeeper* recovery_ = nullptr;
     bool notUtf16_ = false;
     utEncoding encoding_ = utEncoding::Utf8;
     // A UTF-16 file that came without a mark is saved without one.
