@@ -1,6 +1,6 @@
-// The text document. A file is read with one read into a buffer of its size, rendered in place, and
-// converted in one counting and one converting pass straight into the edit control's buffer; the bytes
-// are freed before the control lays the text out, so the peak is the file plus one UTF-16 copy.
+// The text document. A file is read with one read into a buffer of its size and rendered in place; the
+// loader converts it piece by piece into the edit control's buffer, sized once for the whole text, so the
+// peak stays the file plus one UTF-16 copy.
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
@@ -16,6 +16,7 @@
 #include "foundation/utPath.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
+#include "win/winFrame.h"
 
 namespace
 {
@@ -83,7 +84,9 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
 
 bool qwzCQuillonDoc::onNewDocument()
 {
+    stopLoading();
     alteredFile_.clear();
+    partial_ = false;
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -96,8 +99,10 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     if (qwzCQuillonView* view = getView())
         view->clearView();
     utString utf8 = qwzUtf8(path);
+    stopLoading();
     keepUntitled_ = false;
     alteredFile_.clear();
+    partial_ = false;
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -126,16 +131,89 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
     bool exact = true;
     std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length, &exact) : 0;
-    if (read == ReadResult::TooLarge || units > limit || units > qwzEditText::maxUnits ||
-        !qwzCEditOutput(view).writeFileText(std::move(bytes), length, units)) {
+    if (read == ReadResult::TooLarge || units > limit || units > qwzEditText::maxUnits) {
         tellUser(IDS_FILE_TOO_LARGE, path);
         return TooLarge;
     }
+    std::string text;
+    try {
+        text.assign(bytes.get(), length);
+    } catch (const std::bad_alloc&) {
+        tellUser(IDS_FILE_TOO_LARGE, path);
+        return TooLarge;
+    }
+    bytes.reset();
     setDocumentPath(path);
+    // the file's name without its folder: a progress text with a long path would be cut off
+    const std::string full = path.str();
+    const std::size_t slash = full.find_last_of("\\/");
+    loadName_ = utString::copyOf(full.substr(slash == std::string::npos ? 0 : slash + 1));
+    opening_ = true;
+    appendText(std::move(text));
+    opening_ = false;
     percentsCollapsed_ = length != size;
     notUtf8_ = !exact;
     alteredFile_ = percentsCollapsed_ || notUtf8_ ? pathName() : std::wstring();
     return Loaded;
+}
+
+void qwzCQuillonDoc::appendText(std::string utf8)
+{
+    qwzCQuillonView* view = getView();
+    if (!view || !view->hwnd())
+        return;
+    if (!loader_.progress) {
+        loader_.progress = [this](int percent) { onLoadProgress(percent); };
+        loader_.ended = [this](bool whole) { onLoadEnded(whole); };
+    }
+    if (!loader_.loading()) {
+        openLoad_ = opening_;
+        if (!opening_)
+            loadName_ = qwzUtf8(title());
+    }
+    loader_.append(view->hwnd(), std::move(utf8));
+}
+
+void qwzCQuillonDoc::stopLoading()
+{
+    loader_.stop();
+}
+
+void qwzCQuillonDoc::onLoadProgress(int percent)
+{
+    winFrame* window = frame();
+    if (!window)
+        return;
+    if (!progressShown_) {
+        progressShown_ = true;
+        paneText_ = window->messageText();
+        window->setBackgroundWork(true);
+        // the bars are brought up to date when the loop falls idle, which it seldom does during a load
+        window->onIdleUpdate();
+    }
+    window->setMessageText(
+        qwzMessage(openLoad_ ? IDS_OPENING_PROGRESS : IDS_APPENDING_PROGRESS, loadName_.c_str(), percent));
+}
+
+void qwzCQuillonDoc::onLoadEnded(bool whole)
+{
+    if (!whole && !pathName().empty()) {
+        partial_ = true;
+        alteredFile_ = pathName();
+    }
+    winFrame* window = frame();
+    if (!window || !progressShown_)
+        return;
+    progressShown_ = false;
+    window->setMessageText(paneText_);
+    window->setBackgroundWork(false);
+    window->onIdleUpdate();
+}
+
+bool qwzCQuillonDoc::saveModified()
+{
+    stopLoading();
+    return winDocument::saveModified();
 }
 
 void qwzCQuillonDoc::serialize(std::string& bytes)
@@ -154,6 +232,8 @@ winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
         text += qwzMessage(IDS_SAVE_ALTERS_PERCENT);
     if (notUtf8_)
         text += qwzMessage(IDS_SAVE_ALTERS_UTF8);
+    if (partial_)
+        text += qwzMessage(IDS_SAVE_ALTERS_PARTIAL);
     text += qwzMessage(IDS_SAVE_ALTERS_QUESTION);
     // No is the default: Enter must not change the file
     switch (ask(text, MB_YESNOCANCEL | MB_ICONWARNING | MB_DEFBUTTON2)) {
@@ -170,8 +250,10 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
 {
     if (!winDocument::onSaveDocument(path))
         return false;
-    if (isSameFile(path, alteredFile_))
+    if (isSameFile(path, alteredFile_)) {
         alteredFile_.clear();
+        partial_ = false;
+    }
     return true;
 }
 

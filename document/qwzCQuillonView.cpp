@@ -3,6 +3,8 @@
 #include "document/qwzCQuillonView.h"
 
 #include "document/qwzCGoToLineDlg.h"
+#include "document/qwzCQuillonDoc.h"
+#include "resourceIds.h"
 #include "win/winApp.h"
 
 qwzCQuillonView::~qwzCQuillonView()
@@ -57,8 +59,39 @@ void qwzCQuillonView::clearView()
     }
 }
 
+namespace
+{
+
+constexpr unsigned wholeTextCommands[] = {ID_FILE_SAVE,         ID_FILE_SAVE_AS,       ID_FILE_PRINT,
+                                          ID_FILE_PRINT_DIRECT, ID_FILE_PRINT_PREVIEW, ID_EDIT_FIND,
+                                          ID_EDIT_GOTO_LINE};
+
+} // namespace
+
+bool qwzCQuillonView::waitsForText(unsigned id) const
+{
+    const auto* doc = static_cast<const qwzCQuillonDoc*>(document());
+    if (!doc || !doc->loading())
+        return false;
+    for (unsigned command : wholeTextCommands)
+        if (command == id)
+            return true;
+    return false;
+}
+
+void qwzCQuillonView::OnControlNotify(unsigned code)
+{
+    const auto* doc = static_cast<const qwzCQuillonDoc*>(document());
+    if (code == EN_CHANGE && doc && doc->appending())
+        return;
+    winEditView::OnControlNotify(code);
+}
+
 bool qwzCQuillonView::onCommand(unsigned id)
 {
+    // an accelerator reaches here even when its menu item is greyed
+    if (waitsForText(id))
+        return true;
     if (id == goToLineCommand) {
         onGoToLine();
         return true;
@@ -68,6 +101,10 @@ bool qwzCQuillonView::onCommand(unsigned id)
 
 bool qwzCQuillonView::onUpdateCommand(unsigned id, winCommandState& state)
 {
+    if (waitsForText(id)) {
+        state.enabled = false;
+        return true;
+    }
     if (id == goToLineCommand) {
         state.enabled = true;
         return true;

@@ -26,8 +26,12 @@ public:
     // drops the selection.
     void goToLine(int line);
 
+    // Commands that need the whole text (Save, Save As, Print, Print Preview, Find, Go To) are greyed and
+    // do nothing while the document's text is still arriving.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
+    // The loader's own appends do not mark the document modified.
+    void OnControlNotify(unsigned code) override;
 
     // Prints in the display font's 10 pt, made for the printer's own resolution.
     LOGFONTW printerFont(HDC printer) const override;
@@ -45,5 +49,8 @@ protected:
     virtual bool askLine(int count, int& line);
 
 private:
+    // True for a command that must wait while the document's text is still arriving.
+    bool waitsForText(unsigned id) const;
+
     HFONT font_ = nullptr;
 };
