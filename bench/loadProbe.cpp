@@ -63,7 +63,7 @@ int wmain(int argc, wchar_t** argv)
         return 2;
     }
     wanted = argv[1];
-    const long long whole = _wtoll(argv[2]);
+    const long long whole = _wtoi64(argv[2]);
     std::printf("ready\n");
     std::fflush(stdout);
     while (!frame) {

@@ -48,19 +48,31 @@ bare=$win/bench_bare_edit.exe
 notepad='C:\windows\system32\notepad.exe'
 probe=$win/bench_load_probe.exe
 
-# the whole text in UTF-16 units as an edit control holds it (CR-LF), less the byte-order mark, which
-# notepad does not show
-units() { "$python" -c 'import sys; t = open(sys.argv[1], encoding="utf-8-sig").read().replace("\n", "\r\n"); print(len(t.encode("utf-16-le")) // 2)' "$1"; }
+# the whole text in UTF-16 units: as the one-call insertion holds it (CR-LF, the byte-order mark as a
+# character), as Quillon holds it (the same with "%%" shown as "%"), and the least notepad may hold (no mark,
+# line ends as in the file); notepad puts its text in at once, so no smaller count is seen on the way
+units() {
+    "$python" -c 'import sys
+t = open(sys.argv[1], encoding="utf-8").read()
+form = sys.argv[2]
+if form == "least":
+    t = t.lstrip("\ufeff")
+else:
+    t = t.replace("\n", "\r\n")
+if form == "shown":
+    t = t.replace("%%", "%")
+print(len(t.encode("utf-16-le")) // 2)' "$1" "$2"
+}
 
 # measure <program> <file> -> "window first whole peak_kib"
 measure() {
-    local name=$1 file=$2 title exe
+    local name=$1 file=$2 title exe count
     case $name in
-    quillon) exe=$quillon title=$(basename "$file") ;;
-    bare) exe=$bare title=$(basename "$file") ;;
-    notepad) exe=$notepad title=Notepad ;;
+    quillon) exe=$quillon title=$(basename "$file") count=$(units "$file" shown) ;;
+    bare) exe=$bare title=$(basename "$file") count=$(units "$file" crlf) ;;
+    notepad) exe=$notepad title=Notepad count=$(units "$file" least) ;;
     esac
-    "$python" "$root/bench/loadTimer.py" "$wine" "$probe" "$title" "$(units "$file")" 900 "$exe" "$(winpath "$file")"
+    "$python" "$root/bench/loadTimer.py" "$wine" "$probe" "$title" "$count" "${3:-900}" "$exe" "$(winpath "$file")"
 }
 
 median() { sort -n | awk '{a[NR]=$1} END {print a[int((NR + 1) / 2)]}'; }
@@ -69,7 +81,7 @@ ratio() { awk -v a="$1" -v b="$2" 'BEGIN { print (b > 0) ? a / b : "nan" }'; }
 
 # one unmeasured start of each program, so that the first measured one finds Wine's files cached
 printf 'warm\n' >"$work/warm.log"
-for name in quillon notepad bare; do measure "$name" "$work/warm.log" >/dev/null || true; done
+for name in quillon notepad bare; do measure "$name" "$work/warm.log" 60 >/dev/null || echo "$name: no warm start" >&2; done
 
 printf '%-6s %-8s %8s %8s %8s %9s\n' size program window first whole peak_MiB
 for mb in $sizes; do

@@ -9,7 +9,6 @@
 #include <new>
 
 #include "app/qwzCText.h"
-#include "document/qwzCEditOutput.h"
 #include "document/qwzCQuillonView.h"
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
@@ -96,10 +95,11 @@ bool qwzCQuillonDoc::onNewDocument()
 
 bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
 {
+    // before the view is emptied: the loop that shows the empty view would append the old text's next piece
+    stopLoading();
     if (qwzCQuillonView* view = getView())
         view->clearView();
     utString utf8 = qwzUtf8(path);
-    stopLoading();
     keepUntitled_ = false;
     alteredFile_.clear();
     partial_ = false;
