@@ -91,6 +91,7 @@ int wmain(int argc, wchar_t** argv)
             std::fflush(stdout);
             return 0;
         }
-        Sleep(10);
+        // seldom enough not to take the processor from a program that works between its messages
+        Sleep(100);
     }
 }
