@@ -1,12 +1,15 @@
-// The text document. A file is read with one read into a buffer of its size and rendered in place; the
-// loader converts it piece by piece into the edit control's buffer, sized once for the whole text, so the
-// peak stays the file plus one UTF-16 copy.
+// The text document. A file is read with one read into a buffer of its size, decoded to UTF-8 (in place
+// for UTF-8, into a buffer sized by a counting pass for UTF-16) and rendered in place; the loader converts
+// it piece by piece into the edit control's buffer, sized once for the whole text, so the peak stays the
+// file plus one UTF-16 copy (plus its UTF-8 for UTF-16).
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
+#include <string_view>
 
 #include "app/qwzCText.h"
 #include "document/qwzCQuillonView.h"
@@ -50,6 +53,57 @@ ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::
     return ReadResult::Ok;
 }
 
+// Decodes UTF-16 in pieces into `out`, or only counts with a null `out`; returns the UTF-8 bytes.
+std::size_t decodeUtf16(utEncoding encoding, const char* in, std::size_t size, char* out, bool& exact)
+{
+    constexpr std::size_t piece = 64 * 1024;
+    utTextDecoder decoder(encoding);
+    std::string part;
+    std::size_t used = 0;
+    auto take = [&] {
+        if (out)
+            std::memcpy(out + used, part.data(), part.size());
+        used += part.size();
+        part.clear();
+    };
+    for (std::size_t at = 0; at < size; at += piece) {
+        decoder.decode(in + at, size - at < piece ? size - at : piece, part);
+        take();
+    }
+    decoder.finish(part);
+    take();
+    exact = decoder.exact();
+    return used;
+}
+
+// Puts the file's text as UTF-8, its mark dropped, in place of its bytes; false when memory is short.
+bool toUtf8(const utTextProbe& probe, std::unique_ptr<char[]>& bytes, std::size_t& size, bool& exact)
+{
+    exact = true;
+    const char* text = bytes.get() + probe.markLength;
+    std::size_t length = size - probe.markLength;
+    if (probe.encoding == utEncoding::Utf8 || probe.encoding == utEncoding::Utf8Bom) {
+        std::memmove(bytes.get(), text, length);
+        size = length;
+        bytes[size] = '\0';
+        return true;
+    }
+    std::size_t utf8Size = decodeUtf16(probe.encoding, text, length, nullptr, exact);
+    std::unique_ptr<char[]> utf8(new (std::nothrow) char[utf8Size + 1]);
+    if (!utf8)
+        return false;
+    decodeUtf16(probe.encoding, text, length, utf8.get(), exact);
+    utf8[utf8Size] = '\0';
+    bytes = std::move(utf8);
+    size = utf8Size;
+    return true;
+}
+
+bool isUtf16(utEncoding encoding)
+{
+    return encoding == utEncoding::Utf16LE || encoding == utEncoding::Utf16BE;
+}
+
 } // namespace
 
 qwzCQuillonView* qwzCQuillonDoc::getView() const
@@ -86,6 +140,8 @@ bool qwzCQuillonDoc::onNewDocument()
     stopLoading();
     alteredFile_.clear();
     partial_ = false;
+    encoding_ = utEncoding::Utf8;
+    utf16WithoutMark_ = false;
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -103,6 +159,8 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     keepUntitled_ = false;
     alteredFile_.clear();
     partial_ = false;
+    encoding_ = utEncoding::Utf8;
+    utf16WithoutMark_ = false;
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -121,7 +179,15 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
         tellUser(IDS_FILE_NOT_FOUND, path);
         return Missing;
     }
-    if (read == ReadResult::Ok && std::memchr(bytes.get(), '\0', size) != nullptr) {
+    utTextProbe probe = {true, utEncoding::Utf8, 0};
+    bool decodedExactly = true;
+    if (read == ReadResult::Ok) {
+        probe = utProbeText(bytes.get(), size);
+        if (probe.isText && !toUtf8(probe, bytes, size, decodedExactly))
+            read = ReadResult::TooLarge;
+    }
+    // the control ends its text at the first NUL: refuse rather than show a silently cut file
+    if (read == ReadResult::Ok && (!probe.isText || std::memchr(bytes.get(), '\0', size) != nullptr)) {
         tellUser(IDS_FILE_HAS_NUL, path);
         return HasNul;
     }
@@ -153,7 +219,10 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     opening_ = false;
     percentsCollapsed_ = length != size;
     notUtf8_ = !exact;
-    alteredFile_ = percentsCollapsed_ || notUtf8_ ? pathName() : std::wstring();
+    notUtf16_ = !decodedExactly;
+    encoding_ = probe.encoding;
+    utf16WithoutMark_ = probe.markLength == 0 && isUtf16(probe.encoding);
+    alteredFile_ = percentsCollapsed_ || notUtf8_ || notUtf16_ ? pathName() : std::wstring();
     return Loaded;
 }
 
@@ -219,8 +288,13 @@ bool qwzCQuillonDoc::saveModified()
 void qwzCQuillonDoc::serialize(std::string& bytes)
 {
     bytes.clear();
-    if (qwzCQuillonView* view = getView())
-        bytes = qwzUtf8(view->text()).str();
+    qwzCQuillonView* view = getView();
+    if (!view)
+        return;
+    std::wstring text = view->text();
+    bytes = utEncodeText(std::u16string_view(reinterpret_cast<const char16_t*>(text.data()), text.size()), encoding_);
+    if (utf16WithoutMark_)
+        bytes.erase(0, 2);
 }
 
 winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
@@ -234,6 +308,8 @@ winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
         text += qwzMessage(IDS_SAVE_ALTERS_UTF8);
     if (partial_)
         text += qwzMessage(IDS_SAVE_ALTERS_PARTIAL);
+    if (notUtf16_)
+        text += qwzMessage(IDS_SAVE_ALTERS_UTF16);
     text += qwzMessage(IDS_SAVE_ALTERS_QUESTION);
     // No is the default: Enter must not change the file
     switch (ask(text, MB_YESNOCANCEL | MB_ICONWARNING | MB_DEFBUTTON2)) {

@@ -1,16 +1,18 @@
 // Quillon's document: one plain-text file shown in the view, which is the only store of its text. A file
-// is read in one piece and shown through the edit channel with "%%" rendered as "%" and nothing else
-// interpreted; saving writes the view's text as UTF-8 with CR-LF and no byte-order mark. When the text
-// shown is not the file's (a doubled per cent sign shown as one, bytes that are not UTF-8), the first
-// save over that file asks first. A big text arrives in pieces (qwzCTextLoader) while the window stays
-// live; commands that need the whole text wait for it, and a load stopped early counts as text shown
-// otherwise.
+// is read in one piece, decoded from the encoding its first bytes show (UTF-8 unless a byte-order mark or
+// unambiguous evidence says UTF-16) and shown through the edit channel with "%%" rendered as "%" and
+// nothing else interpreted; saving writes the view's text with CR-LF in the document's encoding (UTF-8
+// with no mark for a new document). When the text shown is not the file's (a doubled per cent sign shown
+// as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first. A big text
+// arrives in pieces (qwzCTextLoader) while the window stays live; commands that need the whole text
+// wait for it, and a load stopped early counts as text shown otherwise.
 #pragma once
 
 #include <string>
 
 #include "document/qwzCTextLoader.h"
 #include "foundation/utString.h"
+#include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
 
 class qwzCQuillonView;
@@ -20,6 +22,12 @@ class qwzCQuillonDoc : public winDocument
 public:
     // Why a file was not shown.
     enum LoadResult { Loaded, Missing, TooLarge, HasNul };
+
+    // What the file was read in and is saved in.
+    utEncoding encoding() const
+    {
+        return encoding_;
+    }
 
     // The only view of the document; null before the template attached it.
     qwzCQuillonView* getView() const;
@@ -76,6 +84,10 @@ private:
     std::wstring alteredFile_;
     bool percentsCollapsed_ = false;
     bool notUtf8_ = false;
+    bool notUtf16_ = false;
+    utEncoding encoding_ = utEncoding::Utf8;
+    // A UTF-16 file that came without a mark is saved without one.
+    bool utf16WithoutMark_ = false;
     // the load of the file was stopped: only its start is shown
     bool partial_ = false;
 
