@@ -3,7 +3,9 @@
 // unambiguous evidence says UTF-16) and shown through the edit channel with "%%" rendered as "%" and
 // nothing else interpreted; saving writes the view's text with CR-LF in the document's encoding (UTF-8
 // with no mark for a new document). When the text shown is not the file's (a doubled per cent sign shown
-// as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first.
+// as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first. A big text
+// arrives in pieces (qwzCTextLoader) while the window stays live; commands that need the whole text
+// wait for it, and a load stopped early counts as text shown otherwise.
 // While a file is shown it is watched: new bytes added by another program are appended to an unedited
 // view, any other change asks whether to reload.
 #pragma once
@@ -12,6 +14,7 @@
 
 #include "document/qwzCFileWatcher.h"
 #include "document/qwzCRecoveryKeeper.h"
+#include "document/qwzCTextLoader.h"
 #include "foundation/utString.h"
 #include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
@@ -43,6 +46,22 @@ public:
     // is appended, the user is told, and the result says why.
     LoadResult loadFile(const utString& path);
 
+    // Rendered UTF-8 text ("%%" already shown as "%") for the end of the view, through the loader: the
+    // first piece at once, the rest from the message loop with progress in the status bar.
+    void appendText(std::string utf8);
+    // True while appended text is still arriving.
+    bool loading() const
+    {
+        return loader_.loading();
+    }
+    // True while the loader itself changes the view (not an edit of the user's).
+    bool appending() const
+    {
+        return loader_.appending();
+    }
+    // Stops a load: what arrived stays, and a save over the file asks first.
+    void stopLoading();
+
     bool onNewDocument() override;
     // Always succeeds once the user has been told: a file that cannot be shown leaves an empty, untitled
     // document rather than a second error.
@@ -52,6 +71,8 @@ public:
     // Over the file whose text is not shown as it is: Yes writes, No goes to Save As, Cancel writes nothing.
     SaveChoice confirmSave(const std::wstring& target) override;
     bool onSaveDocument(const std::wstring& path) override;
+    // A load still going on is stopped first: the document is about to be closed or replaced.
+    bool saveModified() override;
 
     // The window was activated: the file is looked at now rather than at the next round.
     void lookAtFile();
@@ -77,6 +98,9 @@ public:
     bool restore(const qwzRecoveryRecord& record);
 
 private:
+    // The loader's news: progress in the message pane and the pointer; the end of a load.
+    void onLoadProgress(int percent);
+    void onLoadEnded(bool whole);
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
     // A message box of `type` through the application; the button chosen.
@@ -87,8 +111,6 @@ private:
     void onFileChanged(qwzCFileWatcher::Finding& finding);
     // Asks whether to reload the file changed on disk; Yes reloads it.
     void askToReload();
-    // Appends rendered UTF-8 text at the end of the view; the caret follows.
-    void appendTail(const std::string& text);
 
     // Set while the template finishes an open that showed nothing.
     bool keepUntitled_ = false;
@@ -113,4 +135,16 @@ private:
     long long serializedSize_ = 0;
     std::string serializedTail_;
     qwzFileWatch saved_;
+    // the load of the file was stopped: only its start is shown
+    bool partial_ = false;
+
+    qwzCTextLoader loader_;
+    // set while loadFile appends the file, so that its progress says "Opening"
+    bool opening_ = false;
+    // the load going on is the open of the file (else: text appended to it)
+    bool openLoad_ = false;
+    // the file named in the progress text, and the message pane's text before the load
+    utString loadName_;
+    std::wstring paneText_;
+    bool progressShown_ = false;
 };
