@@ -14,6 +14,7 @@
 #include "win/winServices.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -81,9 +82,30 @@ bool qwzCMainFrame::OnQueryEndSession(LPARAM flags)
 {
     // nobody may be there to answer "Save changes?" while an update restarts Windows
     if (flags & ENDSESSION_CLOSEAPP)
-        if (auto* doc = dynamic_cast<qwzCQuillonDoc*>(document()); doc && doc->keepForRestart())
+        if (qwzCQuillonDoc* doc = quillonDoc(); doc && doc->keepForRestart())
             return true;
     return winFrame::OnQueryEndSession(flags);
+}
+
+void qwzCMainFrame::OnActivate(unsigned state)
+{
+    // coming back to the window, the document looks at its file at once
+    if (qwzCQuillonDoc* doc = quillonDoc(); doc && state != WA_INACTIVE)
+        doc->lookAtFile();
+    winFrame::OnActivate(state);
+}
+
+void qwzCMainFrame::OnDestroy()
+{
+    // no question about the file once the window is going
+    if (qwzCQuillonDoc* doc = quillonDoc())
+        doc->stopWatching();
+    winFrame::OnDestroy();
+}
+
+qwzCQuillonDoc* qwzCMainFrame::quillonDoc() const
+{
+    return dynamic_cast<qwzCQuillonDoc*>(document());
 }
 
 HMENU qwzCMainFrame::loadMenu(unsigned id)
@@ -143,13 +165,32 @@ winCommandTable<qwzCMainFrame> qwzCMainFrame::commands()
     return table;
 }
 
+bool qwzCMainFrame::waitsForText(unsigned id) const
+{
+    static constexpr unsigned wholeTextCommands[] = {ID_FILE_SAVE,         ID_FILE_SAVE_AS,       ID_FILE_PRINT,
+                                                     ID_FILE_PRINT_DIRECT, ID_FILE_PRINT_PREVIEW, ID_EDIT_FIND,
+                                                     ID_EDIT_GOTO_LINE};
+    // the text's own commands, while the text (not a preview of it) shows
+    const qwzCQuillonDoc* doc = quillonDoc();
+    if (viewOverlay() || !doc || !doc->loading())
+        return false;
+    return std::find(std::begin(wholeTextCommands), std::end(wholeTextCommands), id) != std::end(wholeTextCommands);
+}
+
 bool qwzCMainFrame::onCommand(unsigned id)
 {
+    // an accelerator reaches here even when its menu item is greyed
+    if (waitsForText(id))
+        return true;
     return winRunCommand(commands(), *this, id) || winFrame::onCommand(id);
 }
 
 bool qwzCMainFrame::onUpdateCommand(unsigned id, winCommandState& state)
 {
+    if (waitsForText(id)) {
+        state.enabled = false;
+        return true;
+    }
     return winUpdateCommand(commands(), *this, id, state) || winFrame::onUpdateCommand(id, state);
 }
 

@@ -13,6 +13,8 @@
 
 #include <string>
 
+class qwzCQuillonDoc;
+
 class qwzCMainFrame : public winFrame
 {
 public:
@@ -54,6 +56,9 @@ protected:
     // Closed by Windows for an update or an installer (ENDSESSION_CLOSEAPP), Quillon keeps the unsaved
     // text in its recovery file and goes without asking; the restart offers the text again.
     bool OnQueryEndSession(LPARAM flags) override;
+    // Activation also has the document look at its file at once; the window's end stops the watch.
+    void OnActivate(unsigned state) override;
+    void OnDestroy() override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 
 private:
@@ -61,6 +66,10 @@ private:
     // could not be made (the toolbar then keeps the lists it had).
     bool makeImages(UINT dpi);
     void showHelp();
+    // True for a command that must wait while the document's text is still arriving.
+    bool waitsForText(unsigned id) const;
+    // The document, as Quillon's; null before there is one.
+    qwzCQuillonDoc* quillonDoc() const;
     static winCommandTable<qwzCMainFrame> commands();
 
     winStatusBar statusBar_;

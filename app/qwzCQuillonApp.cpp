@@ -179,6 +179,18 @@ winCommandTable<qwzCQuillonApp> qwzCQuillonApp::commands()
     return table;
 }
 
+bool qwzCQuillonApp::preTranslateMessage(MSG& msg)
+{
+    if (msg.message == WM_KEYDOWN && msg.wParam == VK_ESCAPE) {
+        auto* doc = static_cast<qwzCQuillonDoc*>(document());
+        if (doc && doc->loading()) {
+            doc->stopLoading();
+            return true;
+        }
+    }
+    return winApp::preTranslateMessage(msg);
+}
+
 bool qwzCQuillonApp::onCommand(unsigned id)
 {
     return winRunCommand(commands(), *this, id) || winApp::onCommand(id);

@@ -3,7 +3,22 @@
 #include "document/qwzCQuillonView.h"
 
 #include "document/qwzCGoToLineDlg.h"
+#include "document/qwzWordBreak.h"
+#include "resourceIds.h"
 #include "win/winServices.h"
+
+namespace
+{
+
+static_assert(qwzWordBreak::Left == WB_LEFT && qwzWordBreak::Right == WB_RIGHT &&
+              qwzWordBreak::IsDelimiter == WB_ISDELIMITER);
+
+int CALLBACK wordBreak(LPWSTR text, int index, int count, int action)
+{
+    return qwzWordBreak::find(reinterpret_cast<const char16_t*>(text), index, count, action);
+}
+
+} // namespace
 
 DWORD qwzCQuillonView::windowStyle() const
 {
@@ -21,6 +36,8 @@ bool qwzCQuillonView::OnCreate()
     // without the font the control keeps its default one
     if (font_)
         SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
+    // words end at spaces and tabs, found within the line at hand: appending to a big text stays cheap
+    SendMessageW(hwnd(), EM_SETWORDBREAKPROC, 0, reinterpret_cast<LPARAM>(wordBreak));
     return true;
 }
 

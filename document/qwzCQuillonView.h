@@ -27,6 +27,8 @@ public:
     // drops the selection.
     void goToLine(int line);
 
+    // Commands that need the whole text (Save, Save As, Print, Print Preview, Find, Go To) are greyed and
+    // do nothing while the document's text is still arriving.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 

@@ -95,6 +95,13 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_CLOSE:
         OnClose();
         return 0;
+    case WM_ACTIVATE:
+        OnActivate(LOWORD(wParam));
+        break;
+    case WM_SETCURSOR:
+        if (OnSetCursor(LOWORD(lParam)))
+            return TRUE;
+        break;
     case WM_QUERYENDSESSION:
         return OnQueryEndSession(lParam) ? TRUE : FALSE;
     case WM_DESTROY:
@@ -335,6 +342,31 @@ void winFrame::OnClose()
     if (document_ && !document_->saveModified())
         return;
     DestroyWindow(hwnd());
+}
+
+void winFrame::OnActivate(unsigned) {}
+
+void winFrame::setBackgroundWork(bool working)
+{
+    if (backgroundWork_ == working)
+        return;
+    backgroundWork_ = working;
+    // the pointer changes now, not at the next move of the mouse: a move where it is asks again
+    POINT at;
+    if (!hwnd() || !GetCursorPos(&at))
+        return;
+    HWND under = WindowFromPoint(at);
+    if (under == hwnd() || IsChild(hwnd(), under))
+        SetCursorPos(at.x, at.y);
+}
+
+bool winFrame::OnSetCursor(unsigned hitTest)
+{
+    // the client area only: borders keep their sizing pointers
+    if (!backgroundWork_ || hitTest != HTCLIENT)
+        return false;
+    SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
+    return true;
 }
 
 bool winFrame::OnQueryEndSession(LPARAM)

@@ -89,6 +89,14 @@ public:
     std::wstring messageText() const override;
     void setMessageText(const std::wstring& text) override;
 
+    // While background work goes on (text still arriving), the pointer over the window is the arrow with
+    // the busy sign, which says that the window still takes input.
+    void setBackgroundWork(bool working) override;
+    bool backgroundWork() const
+    {
+        return backgroundWork_;
+    }
+
     // The bars; null when the frame has none.
     winToolBar* toolBar() const
     {
@@ -113,7 +121,7 @@ public:
 
     // Brings the toolbar's button states and the key indicators up to date; the application calls it
     // whenever it falls idle.
-    virtual void onIdleUpdate();
+    void onIdleUpdate() override;
 
     // Toolbar and Status Bar (View menu), next and previous pane.
     bool onCommand(unsigned id) override;
@@ -160,6 +168,8 @@ protected:
     // prompt.
     virtual bool OnQueryEndSession(LPARAM flags);
     virtual void OnDestroy();
+    // The window is activated or deactivated (`state` as WM_ACTIVATE's low word).
+    virtual void OnActivate(unsigned state);
     virtual void OnSize();
     virtual void OnSetFocus();
     // A command or a control notification; true when handled.
@@ -169,6 +179,8 @@ protected:
     // Sets the enabled/checked states of a popup's items and fills the recent-file list.
     virtual void OnInitMenuPopup(HMENU popup);
     virtual void OnDropFiles(HDROP drop);
+    // The pointer over the window; true when set (the busy arrow during background work).
+    virtual bool OnSetCursor(unsigned hitTest);
     // A menu item under the pointer or the keyboard: its prompt; the menu closed: the message again.
     virtual void OnMenuSelect(unsigned item, unsigned flags, HMENU menu);
     // A notification from a child; true when handled, `result` then being the answer.
@@ -196,4 +208,5 @@ private:
     winFrameBars bars_;
     HWND overlay_ = nullptr;
     winCommandTarget* overlayTarget_ = nullptr;
+    bool backgroundWork_ = false;
 };

@@ -21,6 +21,10 @@ public:
     // The status bar's message text.
     virtual std::wstring messageText() const = 0;
     virtual void setMessageText(const std::wstring& text) = 0;
+    // While background work goes on (text still arriving), the pointer shows the busy arrow.
+    virtual void setBackgroundWork(bool working) = 0;
+    // Brings the bars' states up to date now, as when the message loop falls idle.
+    virtual void onIdleUpdate() = 0;
     // Shows `overlay` in the view's place and routes the view's share of the commands to `target`; null
     // gives the view back.
     virtual void setViewOverlay(HWND overlay, winCommandTarget* target) = 0;

@@ -5,6 +5,9 @@
 //   windowText frame <title part>   the first visible top-level window whose title holds the text, then
 //                                   its children
 //   windowText command <class> <id> posts command <id> to the first visible top-level window of that class
+//   windowText edit <title part> <file>
+//                                   writes the whole text of that window's edit control to <file> as
+//                                   UTF-8, CR-LF line ends as the control holds them
 // One line a window: id, class, enabled, visible, left, top, width, height (screen pixels), text (a status
 // bar's first part; UTF-8, "\n" escaped).
 #include <windows.h>
@@ -80,19 +83,56 @@ BOOL CALLBACK collectTop(HWND window, LPARAM)
     return TRUE;
 }
 
+BOOL CALLBACK firstEdit(HWND window, LPARAM result)
+{
+    if (_wcsicmp(classOf(window).c_str(), L"Edit") != 0)
+        return TRUE;
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+}
+
+// The whole text, however long: one WM_GETTEXT with a buffer of the length the control reports.
+int saveEditText(const wchar_t* path)
+{
+    HWND edit = nullptr;
+    if (found.empty() || (EnumChildWindows(found.front(), firstEdit, reinterpret_cast<LPARAM>(&edit)), !edit))
+        return 1;
+    DWORD_PTR length = 0;
+    if (!SendMessageTimeoutW(edit, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 60000, &length))
+        return 1;
+    std::wstring text(length + 1, L'\0');
+    DWORD_PTR got = 0;
+    if (!SendMessageTimeoutW(edit, WM_GETTEXT, length + 1, reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG,
+                             120000, &got))
+        return 1;
+    text.resize(got);
+    int n = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), int(text.size()), nullptr, 0, nullptr, nullptr);
+    std::string bytes(size_t(n > 0 ? n : 0), '\0');
+    if (n > 0)
+        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), int(text.size()), bytes.data(), n, nullptr, nullptr);
+    FILE* out = _wfopen(path, L"wb");
+    if (!out)
+        return 1;
+    bool ok = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
+    return std::fclose(out) == 0 && ok ? 0 : 1;
+}
+
 } // namespace
 
 int wmain(int argc, wchar_t** argv)
 {
     bool command = argc == 4 && !wcscmp(argv[1], L"command");
     bool frame = argc == 3 && !wcscmp(argv[1], L"frame");
-    if (argc != 2 && !command && !frame) {
-        std::fprintf(stderr,
-                     "usage: windowText <class> | windowText frame <title> | windowText command <class> <id>\n");
+    bool edit = argc == 4 && !wcscmp(argv[1], L"edit");
+    if (argc != 2 && !command && !frame && !edit) {
+        std::fprintf(stderr, "usage: windowText <class> | windowText frame <title> | windowText command <class> <id> | "
+                             "windowText edit <title> <file>\n");
         return 2;
     }
     wanted = argv[argc == 2 ? 1 : 2];
-    EnumWindows(frame ? titled : collectTop, 0);
+    EnumWindows(frame || edit ? titled : collectTop, 0);
+    if (edit)
+        return saveEditText(argv[3]);
     if (command) {
         for (HWND window : found)
             if (!GetParent(window) && IsWindowVisible(window))
