@@ -9,16 +9,10 @@
 #include "res/resource.h"
 #include "resourceIds.h"
 
-qwzCAboutDlg::qwzCAboutDlg(HWND parent) : qwzCDialog(IDD_ABOUTBOX, parent)
+qwzCAboutDlg::qwzCAboutDlg(HWND parent, winServices* services) : qwzCDialog(IDD_ABOUTBOX, parent, services)
 {
     translatedControls.push_back(IDOK);
     translatedControls.push_back(IDC_ABOUT_OTHER_TRADEMARKS);
-}
-
-qwzCAboutDlg::~qwzCAboutDlg()
-{
-    if (boldFont_)
-        DeleteObject(boldFont_);
 }
 
 bool qwzCAboutDlg::OnInitDialog()
@@ -40,11 +34,11 @@ bool qwzCAboutDlg::OnInitDialog()
     LOGFONTW description = {};
     if (dialogFont && GetObjectW(dialogFont, sizeof description, &description) == sizeof description) {
         description.lfWeight = FW_BOLD;
-        boldFont_ = CreateFontIndirectW(&description);
+        boldFont_.reset(CreateFontIndirectW(&description));
     }
     if (boldFont_) {
         for (int id : {IDC_ABOUT_COPYRIGHT, IDC_ABOUT_BUILD_DATE})
-            SendMessageW(GetDlgItem(hwnd(), id), WM_SETFONT, reinterpret_cast<WPARAM>(boldFont_), TRUE);
+            SendMessageW(GetDlgItem(hwnd(), id), WM_SETFONT, reinterpret_cast<WPARAM>(boldFont_.get()), TRUE);
     }
     return true;
 }

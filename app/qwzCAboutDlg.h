@@ -4,16 +4,16 @@
 
 #include "app/qwzCDialog.h"
 #include "foundation/utString.h"
+#include "win/winHandles.h"
 
 class qwzCAboutDlg : public qwzCDialog
 {
 public:
-    explicit qwzCAboutDlg(HWND parent = nullptr);
-    ~qwzCAboutDlg() override;
+    explicit qwzCAboutDlg(HWND parent = nullptr, winServices* services = nullptr);
 
 protected:
     bool OnInitDialog() override;
 
 private:
-    HFONT boldFont_ = nullptr;
+    winFont boldFont_;
 };

@@ -7,47 +7,50 @@
 #include "app/qwzCText.h"
 #include "document/qwzCRecoveryKeeper.h"
 #include "resourceIds.h"
-#include "win/winApp.h"
+#include "win/winHandles.h"
+#include "win/winServices.h"
 
 namespace
 {
 
+// the filter has no parameter of its own to find them by
 qwzCRecoveryKeeper* installedKeeper = nullptr;
+winServices* installedServices = nullptr;
 
 using MiniDumpWriteDumpFn = BOOL(WINAPI*)(HANDLE, DWORD, HANDLE, MINIDUMP_TYPE, PMINIDUMP_EXCEPTION_INFORMATION,
                                           PMINIDUMP_USER_STREAM_INFORMATION, PMINIDUMP_CALLBACK_INFORMATION);
 
 bool writeDump(const std::wstring& path, EXCEPTION_POINTERS* exception)
 {
-    HMODULE dbghelp = LoadLibraryW(L"dbghelp.dll");
+    winModule dbghelp(LoadLibraryW(L"dbghelp.dll"));
     if (!dbghelp)
         return false;
-    auto writeDumpFn =
-        reinterpret_cast<MiniDumpWriteDumpFn>(reinterpret_cast<void*>(GetProcAddress(dbghelp, "MiniDumpWriteDump")));
-    HANDLE file = writeDumpFn ? CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr)
-                              : INVALID_HANDLE_VALUE;
-    bool ok = false;
-    if (file != INVALID_HANDLE_VALUE) {
-        MINIDUMP_EXCEPTION_INFORMATION info = {};
-        info.ThreadId = GetCurrentThreadId();
-        info.ExceptionPointers = exception;
-        info.ClientPointers = FALSE;
-        ok = writeDumpFn(GetCurrentProcess(), GetCurrentProcessId(), file, MiniDumpNormal, exception ? &info : nullptr,
-                         nullptr, nullptr) != FALSE;
-        CloseHandle(file);
-        if (!ok)
-            DeleteFileW(path.c_str());
-    }
-    FreeLibrary(dbghelp);
+    auto writeDumpFn = reinterpret_cast<MiniDumpWriteDumpFn>(
+        reinterpret_cast<void*>(GetProcAddress(dbghelp.get(), "MiniDumpWriteDump")));
+    winHandle file(writeDumpFn ? CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                             FILE_ATTRIBUTE_NORMAL, nullptr)
+                               : INVALID_HANDLE_VALUE);
+    if (file.get() == INVALID_HANDLE_VALUE)
+        return false;
+    MINIDUMP_EXCEPTION_INFORMATION info = {};
+    info.ThreadId = GetCurrentThreadId();
+    info.ExceptionPointers = exception;
+    info.ClientPointers = FALSE;
+    bool ok = writeDumpFn(GetCurrentProcess(), GetCurrentProcessId(), file.get(), MiniDumpNormal,
+                          exception ? &info : nullptr, nullptr, nullptr) != FALSE;
+    // closed before a failed dump is deleted
+    file.reset();
+    if (!ok)
+        DeleteFileW(path.c_str());
     return ok;
 }
 
 } // namespace
 
-LPTOP_LEVEL_EXCEPTION_FILTER qwzCCrashReport::install(qwzCRecoveryKeeper* keeper)
+LPTOP_LEVEL_EXCEPTION_FILTER qwzCCrashReport::install(qwzCRecoveryKeeper* keeper, winServices* services)
 {
     installedKeeper = keeper;
+    installedServices = services;
     return SetUnhandledExceptionFilter(filter);
 }
 
@@ -80,8 +83,8 @@ std::wstring qwzCCrashReport::message(const Files& files)
 LONG WINAPI qwzCCrashReport::filter(EXCEPTION_POINTERS* exception)
 {
     std::wstring text = message(write(exception, installedKeeper));
-    if (winApp* app = winApp::instance())
-        app->messageBox(text, MB_OK | MB_ICONERROR | MB_TASKMODAL);
+    if (installedServices)
+        installedServices->messageBox(text, MB_OK | MB_ICONERROR | MB_TASKMODAL);
     else
         MessageBoxW(nullptr, text.c_str(), L"Quillon", MB_OK | MB_ICONERROR | MB_TASKMODAL);
     return EXCEPTION_EXECUTE_HANDLER;

@@ -8,6 +8,7 @@
 #include <string>
 
 class qwzCRecoveryKeeper;
+class winServices;
 
 class qwzCCrashReport
 {
@@ -19,11 +20,11 @@ public:
         bool unsaved = false;
     };
 
-    // Installs filter() for the process, with the keeper of the document's text; returns the filter
-    // it replaced.
-    static LPTOP_LEVEL_EXCEPTION_FILTER install(qwzCRecoveryKeeper* keeper);
+    // Installs filter() for the process, with the keeper of the document's text and the services whose
+    // message box tells the user; returns the filter it replaced.
+    static LPTOP_LEVEL_EXCEPTION_FILTER install(qwzCRecoveryKeeper* keeper, winServices* services);
 
-    // The unhandled-exception filter: write(), then the message through the application's message box;
+    // The unhandled-exception filter: write(), then the message through the installed message box;
     // returns EXCEPTION_EXECUTE_HANDLER, which ends the process.
     static LONG WINAPI filter(EXCEPTION_POINTERS* exception);
 

@@ -4,7 +4,7 @@
 #include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
 #include "resourceIds.h"
-#include "win/winApp.h"
+#include "win/winServices.h"
 
 namespace
 {
@@ -53,7 +53,7 @@ void qwzCDialog::OnCreateFailed(DWORD error)
     std::wstring text = usesRichEdit && !qwzCStaticWithLink::libraryLoaded()
                             ? qwzMessage(IDS_DIALOG_NEEDS_RICHEDIT)
                             : qwzMessage(IDS_DIALOG_FAILED, static_cast<unsigned long>(error));
-    if (winApp* app = winApp::instance())
+    if (winServices* app = services())
         app->messageBox(text, MB_OK | MB_ICONERROR);
     else
         MessageBoxW(nullptr, text.c_str(), L"Quillon", MB_OK | MB_ICONERROR);

@@ -10,7 +10,10 @@
 class qwzCDialog : public winDialog
 {
 public:
-    explicit qwzCDialog(unsigned dialogId, HWND parent = nullptr) : winDialog(dialogId, parent) {}
+    explicit qwzCDialog(unsigned dialogId, HWND parent = nullptr, winServices* services = nullptr)
+        : winDialog(dialogId, parent, services)
+    {
+    }
 
 protected:
     // The framework's initialisation, then the translation; returns the framework's result.

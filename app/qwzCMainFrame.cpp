@@ -9,35 +9,29 @@
 #include "app/qwzInstallDir.h"
 #include "app/qwzVersionInfo.h"
 #include "document/qwzCQuillonDoc.h"
-#include "resourceIds.h"
-#include "win/winApp.h"
+#include "win/winDpi.h"
 #include "win/winHtmlHelp.h"
+#include "win/winServices.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <vector>
 
 namespace
 {
 
-// New, Open, Save, -, Undo, Cut, Copy, Paste, -, Print, -, About; each image is the bitmap resource with
-// the command's id
-const std::vector<unsigned> toolBarButtons = {57600, 57601, 57603, 0, 57643, 57635, 57634, 57637, 0, 57607, 0, 57664};
+// each image is the bitmap resource with the command's id; 0 is a separator
+const std::vector<unsigned> toolBarButtons = {ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE,  0, ID_EDIT_UNDO,
+                                              ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE, 0, ID_FILE_PRINT,
+                                              0,           ID_APP_ABOUT};
 const std::vector<unsigned> indicators = {ID_INDICATOR_CAPS, ID_INDICATOR_NUM, ID_INDICATOR_SCRL};
 const int imageSize = 40;
 const SIZE buttonSize = {47, 46};
 
-struct BitmapDeleter {
-    void operator()(HBITMAP bitmap) const
-    {
-        DeleteObject(bitmap);
-    }
-};
-using Bitmap = std::unique_ptr<std::remove_pointer_t<HBITMAP>, BitmapDeleter>;
-
 // A device-independent bitmap of the image for the image list; every pixel opaque, since the image has
 // been composed over the button face already.
-Bitmap toBitmap(const qwzDib& dib)
+winBitmap toBitmap(const qwzDib& dib)
 {
     BITMAPINFO info = {};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -47,7 +41,7 @@ Bitmap toBitmap(const qwzDib& dib)
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
     void* bits = nullptr;
-    Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    winBitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     if (!bitmap || !bits)
         return nullptr;
     auto* out = static_cast<std::uint8_t*>(bits);
@@ -60,13 +54,8 @@ Bitmap toBitmap(const qwzDib& dib)
 
 bool addImage(HIMAGELIST list, const qwzDib& dib)
 {
-    Bitmap bitmap = toBitmap(dib);
+    winBitmap bitmap = toBitmap(dib);
     return bitmap && ImageList_Add(list, bitmap.get(), nullptr) >= 0;
-}
-
-int scaledToDpi(int pixels, UINT dpi)
-{
-    return MulDiv(pixels, int(dpi), 96);
 }
 
 } // namespace
@@ -77,8 +66,7 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
         return false;
     if (!toolBar_.create(hwnd(), toolBarId, TBSTYLE_FLAT | TBSTYLE_TOOLTIPS))
         return false;
-    UINT dpi = GetDpiForWindow(hwnd());
-    if (!makeImages(dpi ? dpi : 96) || !toolBar_.setButtons(toolBarButtons))
+    if (!makeImages(winDpi::of(hwnd())) || !toolBar_.setButtons(toolBarButtons))
         return false;
     if (!statusBar_.create(hwnd(), statusBarId) || !statusBar_.setIndicators(indicators))
         return false;
@@ -90,18 +78,34 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
     return true;
 }
 
-LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+bool qwzCMainFrame::OnQueryEndSession(LPARAM flags)
 {
-    auto* doc = dynamic_cast<qwzCQuillonDoc*>(document());
     // nobody may be there to answer "Save changes?" while an update restarts Windows
-    if (doc && msg == WM_QUERYENDSESSION && (lParam & ENDSESSION_CLOSEAPP) && doc->keepForRestart())
-        return TRUE;
-    if (doc && msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
+    if (flags & ENDSESSION_CLOSEAPP)
+        if (qwzCQuillonDoc* doc = quillonDoc(); doc && doc->keepForRestart())
+            return true;
+    return winFrame::OnQueryEndSession(flags);
+}
+
+void qwzCMainFrame::OnActivate(unsigned state)
+{
+    // coming back to the window, the document looks at its file at once
+    if (qwzCQuillonDoc* doc = quillonDoc(); doc && state != WA_INACTIVE)
         doc->lookAtFile();
+    winFrame::OnActivate(state);
+}
+
+void qwzCMainFrame::OnDestroy()
+{
     // no question about the file once the window is going
-    if (doc && msg == WM_DESTROY)
+    if (qwzCQuillonDoc* doc = quillonDoc())
         doc->stopWatching();
-    return winFrame::HandleMessage(msg, wParam, lParam);
+    winFrame::OnDestroy();
+}
+
+qwzCQuillonDoc* qwzCMainFrame::quillonDoc() const
+{
+    return dynamic_cast<qwzCQuillonDoc*>(document());
 }
 
 HMENU qwzCMainFrame::loadMenu(unsigned id)
@@ -113,9 +117,9 @@ HMENU qwzCMainFrame::loadMenu(unsigned id)
 
 bool qwzCMainFrame::makeImages(UINT dpi)
 {
-    int size = scaledToDpi(imageSize, dpi);
-    ImageList normal(ImageList_Create(size, size, ILC_COLORDDB, 0, 4));
-    ImageList disabled(ImageList_Create(size, size, ILC_COLORDDB, 0, 4));
+    int size = winDpi::scale(imageSize, dpi);
+    winImageList normal(ImageList_Create(size, size, ILC_COLORDDB, 0, 4));
+    winImageList disabled(ImageList_Create(size, size, ILC_COLORDDB, 0, 4));
     bool ok = normal && disabled;
     const qwzDib::Rgb face = platform::systemColour(platform::SystemColour::ButtonFace);
     const qwzDib::Rgb shadow = platform::systemColour(platform::SystemColour::ButtonShadow);
@@ -139,7 +143,7 @@ bool qwzCMainFrame::makeImages(UINT dpi)
     if (!ok)
         return false;
     toolBar_.setImageLists(normal.get(), disabled.get());
-    toolBar_.setSizes({scaledToDpi(buttonSize.cx, dpi), scaledToDpi(buttonSize.cy, dpi)}, {size, size});
+    toolBar_.setSizes({winDpi::scale(buttonSize.cx, dpi), winDpi::scale(buttonSize.cy, dpi)}, {size, size});
     // the toolbar holds the new lists now, so the old ones can go
     normalImages_ = std::move(normal);
     disabledImages_ = std::move(disabled);
@@ -153,22 +157,41 @@ void qwzCMainFrame::OnDpiChanged(UINT dpi, const RECT& suggested)
     winFrame::OnDpiChanged(dpi, suggested);
 }
 
+winCommandTable<qwzCMainFrame> qwzCMainFrame::commands()
+{
+    static const winCommand<qwzCMainFrame> table[] = {
+        {ID_HELP_CONTENTS, [](qwzCMainFrame& frame, unsigned) { frame.showHelp(); }},
+    };
+    return table;
+}
+
+bool qwzCMainFrame::waitsForText(unsigned id) const
+{
+    static constexpr unsigned wholeTextCommands[] = {ID_FILE_SAVE,         ID_FILE_SAVE_AS,       ID_FILE_PRINT,
+                                                     ID_FILE_PRINT_DIRECT, ID_FILE_PRINT_PREVIEW, ID_EDIT_FIND,
+                                                     ID_EDIT_GOTO_LINE};
+    // the text's own commands, while the text (not a preview of it) shows
+    const qwzCQuillonDoc* doc = quillonDoc();
+    if (viewOverlay() || !doc || !doc->loading())
+        return false;
+    return std::find(std::begin(wholeTextCommands), std::end(wholeTextCommands), id) != std::end(wholeTextCommands);
+}
+
 bool qwzCMainFrame::onCommand(unsigned id)
 {
-    if (id == helpCommand) {
-        showHelp();
+    // an accelerator reaches here even when its menu item is greyed
+    if (waitsForText(id))
         return true;
-    }
-    return winFrame::onCommand(id);
+    return winRunCommand(commands(), *this, id) || winFrame::onCommand(id);
 }
 
 bool qwzCMainFrame::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == helpCommand) {
-        state.enabled = true;
+    if (waitsForText(id)) {
+        state.enabled = false;
         return true;
     }
-    return winFrame::onUpdateCommand(id, state);
+    return winUpdateCommand(commands(), *this, id, state) || winFrame::onUpdateCommand(id, state);
 }
 
 std::wstring qwzCMainFrame::commandString(unsigned id) const
@@ -187,7 +210,7 @@ void qwzCMainFrame::showHelp()
     std::wstring file = helpFile();
     DWORD attributes = GetFileAttributesW(file.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY)) {
-        if (winApp* app = winApp::instance())
+        if (winServices* app = services())
             app->messageBox(qwzMessage(IDS_NO_HELP_FILE), MB_OK | MB_ICONERROR);
         return;
     }

@@ -3,21 +3,23 @@
 // accelerator table 128 and the version record's full name as its title. It handles Help (F1).
 #pragma once
 
+#include "resourceIds.h"
 #include "win/winFrame.h"
+#include "win/winHandles.h"
 #include "win/winStatusBar.h"
 #include "win/winToolBar.h"
 
 #include <commctrl.h>
 
-#include <memory>
 #include <string>
-#include <type_traits>
+
+class qwzCQuillonDoc;
 
 class qwzCMainFrame : public winFrame
 {
 public:
-    static constexpr unsigned resourceId = 128;
-    static constexpr unsigned helpCommand = 236;
+    static constexpr unsigned resourceId = IDR_MAINFRAME;
+    static constexpr unsigned helpCommand = ID_HELP_CONTENTS;
 
     qwzCMainFrame() = default;
 
@@ -37,7 +39,7 @@ public:
         return disabledImages_.get();
     }
 
-    // Help 236: the help file in the HTML Help viewer, or message 237 when it is missing.
+    // Help: the help file in the HTML Help viewer, or IDS_NO_HELP_FILE when it is missing.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
@@ -53,8 +55,10 @@ protected:
     bool OnCreate(const CREATESTRUCTW& cs) override;
     // Closed by Windows for an update or an installer (ENDSESSION_CLOSEAPP), Quillon keeps the unsaved
     // text in its recovery file and goes without asking; the restart offers the text again.
+    bool OnQueryEndSession(LPARAM flags) override;
     // Activation also has the document look at its file at once; the window's end stops the watch.
-    LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    void OnActivate(unsigned state) override;
+    void OnDestroy() override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 
 private:
@@ -62,19 +66,16 @@ private:
     // could not be made (the toolbar then keeps the lists it had).
     bool makeImages(UINT dpi);
     void showHelp();
-
-    struct ImageListDestroyer {
-        void operator()(HIMAGELIST list) const
-        {
-            ImageList_Destroy(list);
-        }
-    };
-    using ImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDestroyer>;
+    // True for a command that must wait while the document's text is still arriving.
+    bool waitsForText(unsigned id) const;
+    // The document, as Quillon's; null before there is one.
+    qwzCQuillonDoc* quillonDoc() const;
+    static winCommandTable<qwzCMainFrame> commands();
 
     winStatusBar statusBar_;
     winToolBar toolBar_;
     // ours: the toolbar only uses them
-    ImageList normalImages_;
-    ImageList disabledImages_;
+    winImageList normalImages_;
+    winImageList disabledImages_;
     bool menuTranslated_ = false;
 };

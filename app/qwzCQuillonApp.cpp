@@ -26,8 +26,6 @@
 namespace
 {
 
-constexpr unsigned appAboutCommand = 57664;
-
 // The framework's own texts go through the same catalog as Quillon's.
 std::wstring translateForFramework(const std::wstring& english)
 {
@@ -102,7 +100,7 @@ bool qwzCQuillonApp::initInstance()
     UpdateWindow(frame->hwnd());
     startRecovery();
     offerLeftTexts();
-    runStartupVersionCheck(frame->hwnd());
+    runStartupVersionCheck(*frame, this);
     return true;
 }
 
@@ -115,7 +113,7 @@ void qwzCQuillonApp::startRecovery()
         return;
     recovery_->setSource([doc](qwzCRecoveryKeeper::Snapshot& snapshot) { return doc->recoverySnapshot(snapshot); });
     doc->setRecovery(recovery_.get());
-    qwzCCrashReport::install(recovery_.get());
+    qwzCCrashReport::install(recovery_.get(), this);
     // an installer or an update that restarts Windows brings Quillon back, and with it the offer;
     // a crash has its own report, and a hang is not worth a loop of restarts
     RegisterApplicationRestart(L"", RESTART_NO_CRASH | RESTART_NO_HANG);
@@ -133,7 +131,7 @@ void qwzCQuillonApp::offerLeftTexts()
             continue;
         }
         std::wstring name = record.path.empty() ? qwzMessage(IDS_UNTITLED) : qwzWide(record.path.c_str());
-        qwzCRecoveryDlg offer(frame ? frame->hwnd() : nullptr, name);
+        qwzCRecoveryDlg offer(frame ? frame->hwnd() : nullptr, name, this);
         INT_PTR answer = offer.doModal();
         if (answer == qwzCRecoveryDlg::discardAnswer)
             recovery_->deleteLeftFile(file);
@@ -163,13 +161,22 @@ int qwzCQuillonApp::exitInstance()
     if (recovery_) {
         recovery_->finish();
         // past this point a crash has no text to keep
-        qwzCCrashReport::install(nullptr);
+        qwzCCrashReport::install(nullptr, nullptr);
     }
     if (oleStarted_) {
         OleUninitialize();
         oleStarted_ = false;
     }
     return code;
+}
+
+winCommandTable<qwzCQuillonApp> qwzCQuillonApp::commands()
+{
+    static const winCommand<qwzCQuillonApp> table[] = {
+        {ID_APP_ABOUT, [](qwzCQuillonApp& app, unsigned) { app.onAppAbout(); }},
+        {ID_HELP_CHECK_VERSION, [](qwzCQuillonApp& app, unsigned) { app.onCheckVersion(); }},
+    };
+    return table;
 }
 
 bool qwzCQuillonApp::preTranslateMessage(MSG& msg)
@@ -186,36 +193,23 @@ bool qwzCQuillonApp::preTranslateMessage(MSG& msg)
 
 bool qwzCQuillonApp::onCommand(unsigned id)
 {
-    if (id == appAboutCommand) {
-        onAppAbout();
-        return true;
-    }
-    if (id == ID_HELP_CHECK_VERSION) {
-        onCheckVersion();
-        return true;
-    }
-    return winApp::onCommand(id);
+    return winRunCommand(commands(), *this, id) || winApp::onCommand(id);
 }
 
 bool qwzCQuillonApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == ID_HELP_CHECK_VERSION || id == appAboutCommand) {
-        state.enabled = true;
-        return true;
-    }
-    return winApp::onUpdateCommand(id, state);
+    return winUpdateCommand(commands(), *this, id, state) || winApp::onUpdateCommand(id, state);
 }
 
 void qwzCQuillonApp::onAppAbout()
 {
     winFrame* frame = mainFrame();
-    qwzCAboutDlg about(frame ? frame->hwnd() : nullptr);
+    qwzCAboutDlg about(frame ? frame->hwnd() : nullptr, this);
     about.doModal();
 }
 
 void qwzCQuillonApp::onCheckVersion()
 {
-    winFrame* frame = mainFrame();
-    qwzCCheckVersionDlg dialog(frame ? frame->hwnd() : nullptr);
+    qwzCCheckVersionDlg dialog(mainFrame(), this);
     dialog.doModal();
 }

@@ -37,6 +37,7 @@ public:
     void onCheckVersion();
 
 private:
+    static winCommandTable<qwzCQuillonApp> commands();
     // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.
     bool initWindowing();
     // Starts keeping the document's unsaved text, the crash report and the restart after an update.

@@ -5,10 +5,8 @@
 #include "res/resource.h"
 #include "resourceIds.h"
 
-static_assert(qwzCRecoveryDlg::discardAnswer == IDC_RECOVERY_DISCARD, "Discard answers with its own id");
-
-qwzCRecoveryDlg::qwzCRecoveryDlg(HWND parent, const std::wstring& documentName)
-    : qwzCDialog(IDD_RECOVERY, parent), documentName_(documentName)
+qwzCRecoveryDlg::qwzCRecoveryDlg(HWND parent, const std::wstring& documentName, winServices* services)
+    : qwzCDialog(IDD_RECOVERY, parent, services), documentName_(documentName)
 {
     translatedControls.push_back(IDOK);
     translatedControls.push_back(IDC_RECOVERY_DISCARD);

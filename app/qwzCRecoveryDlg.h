@@ -5,15 +5,16 @@
 #include <string>
 
 #include "app/qwzCDialog.h"
+#include "res/resource.h"
 
 class qwzCRecoveryDlg : public qwzCDialog
 {
 public:
     // doModal's answers besides IDOK (Restore) and IDCANCEL (keep for later).
-    static constexpr int discardAnswer = 337;
+    static constexpr int discardAnswer = IDC_RECOVERY_DISCARD;
 
     // `documentName`: the path the text belongs to, or "Untitled".
-    qwzCRecoveryDlg(HWND parent, const std::wstring& documentName);
+    qwzCRecoveryDlg(HWND parent, const std::wstring& documentName, winServices* services = nullptr);
 
 protected:
     bool OnInitDialog() override;

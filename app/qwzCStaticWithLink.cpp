@@ -9,6 +9,7 @@
 
 #include "app/qwzCText.h"
 #include "app/qwzLinkText.h"
+#include "win/winHandles.h"
 
 namespace
 {
@@ -27,18 +28,9 @@ bool opensSafely(const utString& url)
 }
 
 // The one holder of the rich-edit library.
-struct RichEditLibrary {
-    HMODULE module = nullptr;
-    ~RichEditLibrary()
-    {
-        if (module)
-            FreeLibrary(module);
-    }
-};
-
-RichEditLibrary& richEdit()
+winModule& richEdit()
 {
-    static RichEditLibrary library;
+    static winModule library;
     return library;
 }
 
@@ -46,17 +38,15 @@ RichEditLibrary& richEdit()
 
 bool qwzCStaticWithLink::loadLibrary(const wchar_t* name)
 {
-    RichEditLibrary& library = richEdit();
-    HMODULE loaded = LoadLibraryW(name);
-    if (library.module)
-        FreeLibrary(library.module);
-    library.module = loaded;
-    return loaded != nullptr;
+    // loaded before the old one is freed: the same library loaded again then stays in memory
+    winModule& library = richEdit();
+    library = winModule(LoadLibraryW(name));
+    return library != nullptr;
 }
 
 bool qwzCStaticWithLink::libraryLoaded()
 {
-    return richEdit().module != nullptr;
+    return richEdit() != nullptr;
 }
 
 qwzCStaticWithLink::qwzCStaticWithLink()
@@ -155,15 +145,16 @@ void qwzCStaticWithLink::measureLink()
     linkRect_ = {0, 0, 0, 0};
     if (linkStart_ == linkEnd_)
         return;
-    HDC dc = GetDC(hwnd_);
+    winWindowDC window(hwnd_);
+    HDC dc = window.get();
     if (!dc)
         return;
     // the default format's face and size: its height in twips halved gives tenths of a point
     LOGFONTW description = {};
     description.lfHeight = -MulDiv(defaultFormat_.yHeight / 2, GetDeviceCaps(dc, LOGPIXELSY), 720);
     lstrcpynW(description.lfFaceName, defaultFormat_.szFaceName, LF_FACESIZE);
-    HFONT font = CreateFontIndirectW(&description);
-    HGDIOBJ old = font ? SelectObject(dc, font) : nullptr;
+    winFont font(CreateFontIndirectW(&description));
+    winSelection selected(dc, font.get());
 
     LONG line = static_cast<LONG>(SendMessageW(hwnd_, EM_LINEFROMCHAR, static_cast<WPARAM>(linkStart_), 0));
     LONG top = 0;
@@ -186,11 +177,6 @@ void qwzCStaticWithLink::measureLink()
     linkRect_.right = linkRect_.left + extent.cx;
     linkRect_.top = top;
     linkRect_.bottom = top + extent.cy;
-    if (old)
-        SelectObject(dc, old);
-    if (font)
-        DeleteObject(font);
-    ReleaseDC(hwnd_, dc);
 }
 
 bool qwzCStaticWithLink::OnSetCursor()

@@ -54,7 +54,7 @@ void printUsage(qwzOutput& output)
 void writeUsage(const qwzCommandLine& line)
 {
     if (line.logFile.isEmpty()) {
-        printUsage(qwzOutput::standardOutput());
+        printUsage(qwzStreamOutput::standardOutput());
         std::cout.flush();
         return;
     }

@@ -6,7 +6,7 @@
 #include "resourceIds.h"
 #include "win/winDataExchange.h"
 
-qwzCGoToLineDlg::qwzCGoToLineDlg(HWND parent) : qwzCDialog(IDD_GOTO_LINE, parent)
+qwzCGoToLineDlg::qwzCGoToLineDlg(HWND parent, winServices* services) : qwzCDialog(IDD_GOTO_LINE, parent, services)
 {
     translatedControls.push_back(IDOK);
     translatedControls.push_back(IDCANCEL);

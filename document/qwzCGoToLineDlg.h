@@ -7,7 +7,7 @@
 class qwzCGoToLineDlg : public qwzCDialog
 {
 public:
-    explicit qwzCGoToLineDlg(HWND parent);
+    explicit qwzCGoToLineDlg(HWND parent, winServices* services = nullptr);
 
     void setRange(int min, int max)
     {

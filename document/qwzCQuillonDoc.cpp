@@ -16,27 +16,21 @@
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
 #include "document/qwzRecoveryFile.h"
+#include "foundation/utFileHandle.h"
 #include "foundation/utPath.h"
 #include "resourceIds.h"
-#include "win/winApp.h"
-#include "win/winFrame.h"
+#include "win/winServices.h"
+#include "win/winViewHost.h"
 
 namespace
 {
-
-struct FileCloser {
-    void operator()(std::FILE* f) const
-    {
-        std::fclose(f);
-    }
-};
 
 // The whole file in one read; false when it cannot be opened or read. `size` is set whenever known, so
 // that an oversized file is refused before anything is allocated.
 enum class ReadResult { Ok, Failed, TooLarge };
 ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::size_t& size)
 {
-    std::unique_ptr<std::FILE, FileCloser> file(utOpenFile(path.c_str(), "rb"));
+    utFileHandle file(utOpenFile(path.c_str(), "rb"));
     if (!file || _fseeki64(file.get(), 0, SEEK_END) != 0)
         return ReadResult::Failed;
     long long length = _ftelli64(file.get());
@@ -277,7 +271,7 @@ void qwzCQuillonDoc::stopLoading()
 
 void qwzCQuillonDoc::onLoadProgress(int percent)
 {
-    winFrame* window = frame();
+    winViewHost* window = frame();
     if (!window)
         return;
     if (!progressShown_) {
@@ -299,7 +293,7 @@ void qwzCQuillonDoc::onLoadEnded(bool whole)
         // only the file's start is shown: what it gains at its end does not follow it
         followsFile_ = false;
     }
-    winFrame* window = frame();
+    winViewHost* window = frame();
     if (!window || !progressShown_)
         return;
     progressShown_ = false;
@@ -379,6 +373,15 @@ void qwzCQuillonDoc::setRecovery(qwzCRecoveryKeeper* keeper)
     recovery_ = keeper;
 }
 
+void qwzCQuillonDoc::onTextChanged()
+{
+    // the loader's own appends are not the user's edits
+    if (appending())
+        return;
+    winDocument::onTextChanged();
+    noteEdit();
+}
+
 void qwzCQuillonDoc::noteEdit()
 {
     if (recovery_)
@@ -429,7 +432,7 @@ void qwzCQuillonDoc::tellUser(unsigned id, const utString& path)
 
 int qwzCQuillonDoc::ask(const std::wstring& text, unsigned type)
 {
-    if (winApp* app = winApp::instance())
+    if (winServices* app = services())
         return app->messageBox(text, type);
     return MessageBoxW(nullptr, text.c_str(), L"Quillon", type);
 }

@@ -86,7 +86,8 @@ public:
     // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
     // unsaved text is gone.
     void setRecovery(qwzCRecoveryKeeper* keeper);
-    // The text changed in the view.
+    // The text changed in the view: modified, and the keeper is told; the loader's own appends do neither.
+    void onTextChanged() override;
     void noteEdit();
     // The unsaved text as the keeper writes it; false when the document is not modified.
     bool recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const;
@@ -104,7 +105,7 @@ private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
     // A message box of `type` through the application; the button chosen.
-    static int ask(const std::wstring& text, unsigned type);
+    int ask(const std::wstring& text, unsigned type);
 
     // Watches the file `known` describes, with a fresh decoder for its new bytes.
     void watchFile(const qwzFileWatch& known, bool fromDisk);

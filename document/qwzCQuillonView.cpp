@@ -3,10 +3,9 @@
 #include "document/qwzCQuillonView.h"
 
 #include "document/qwzCGoToLineDlg.h"
-#include "document/qwzCQuillonDoc.h"
 #include "document/qwzWordBreak.h"
 #include "resourceIds.h"
-#include "win/winApp.h"
+#include "win/winServices.h"
 
 namespace
 {
@@ -21,12 +20,6 @@ int CALLBACK wordBreak(LPWSTR text, int index, int count, int action)
 
 } // namespace
 
-qwzCQuillonView::~qwzCQuillonView()
-{
-    if (font_)
-        DeleteObject(font_);
-}
-
 DWORD qwzCQuillonView::windowStyle() const
 {
     return winEditView::windowStyle() & ~static_cast<DWORD>(WS_HSCROLL | ES_AUTOHSCROLL);
@@ -37,14 +30,12 @@ bool qwzCQuillonView::OnCreate()
     if (!winEditView::OnCreate())
         return false;
     // a point font of 100 tenths of a point, sized for the screen
-    HDC screen = GetDC(nullptr);
-    int height = -MulDiv(100, GetDeviceCaps(screen, LOGPIXELSY), 720);
-    ReleaseDC(nullptr, screen);
-    font_ = CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, L"Courier New");
+    int height = -MulDiv(100, GetDeviceCaps(winWindowDC(nullptr).get(), LOGPIXELSY), 720);
+    font_.reset(CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                            CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, L"Courier New"));
     // without the font the control keeps its default one
     if (font_)
-        SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
+        SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
     // words end at spaces and tabs, found within the line at hand: appending to a big text stays cheap
     SendMessageW(hwnd(), EM_SETWORDBREAKPROC, 0, reinterpret_cast<LPARAM>(wordBreak));
     return true;
@@ -67,68 +58,29 @@ void qwzCQuillonView::clearView()
     SendMessageW(hwnd(), EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(L""));
     MSG msg;
     while (PeekMessageW(&msg, hwnd(), 0, 0, PM_REMOVE)) {
-        winApp* app = winApp::instance();
-        if (app && app->preTranslateMessage(msg))
+        if (services() && services()->preTranslateMessage(msg))
             continue;
         TranslateMessage(&msg);
         DispatchMessageW(&msg);
     }
 }
 
-namespace
+winCommandTable<qwzCQuillonView> qwzCQuillonView::commands()
 {
-
-constexpr unsigned wholeTextCommands[] = {ID_FILE_SAVE,         ID_FILE_SAVE_AS,       ID_FILE_PRINT,
-                                          ID_FILE_PRINT_DIRECT, ID_FILE_PRINT_PREVIEW, ID_EDIT_FIND,
-                                          ID_EDIT_GOTO_LINE};
-
-} // namespace
-
-bool qwzCQuillonView::waitsForText(unsigned id) const
-{
-    const auto* doc = static_cast<const qwzCQuillonDoc*>(document());
-    if (!doc || !doc->loading())
-        return false;
-    for (unsigned command : wholeTextCommands)
-        if (command == id)
-            return true;
-    return false;
-}
-
-void qwzCQuillonView::OnControlNotify(unsigned code)
-{
-    auto* doc = static_cast<qwzCQuillonDoc*>(document());
-    // the loader's own appends are not the user's edits
-    if (code == EN_CHANGE && doc && doc->appending())
-        return;
-    winEditView::OnControlNotify(code);
-    if (code == EN_CHANGE && doc)
-        doc->noteEdit();
+    static const winCommand<qwzCQuillonView> table[] = {
+        {ID_EDIT_GOTO_LINE, [](qwzCQuillonView& view, unsigned) { view.onGoToLine(); }},
+    };
+    return table;
 }
 
 bool qwzCQuillonView::onCommand(unsigned id)
 {
-    // an accelerator reaches here even when its menu item is greyed
-    if (waitsForText(id))
-        return true;
-    if (id == goToLineCommand) {
-        onGoToLine();
-        return true;
-    }
-    return winEditView::onCommand(id);
+    return winRunCommand(commands(), *this, id) || winEditView::onCommand(id);
 }
 
 bool qwzCQuillonView::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (waitsForText(id)) {
-        state.enabled = false;
-        return true;
-    }
-    if (id == goToLineCommand) {
-        state.enabled = true;
-        return true;
-    }
-    return winEditView::onUpdateCommand(id, state);
+    return winUpdateCommand(commands(), *this, id, state) || winEditView::onUpdateCommand(id, state);
 }
 
 void qwzCQuillonView::onGoToLine()
@@ -142,7 +94,7 @@ void qwzCQuillonView::onGoToLine()
 
 bool qwzCQuillonView::askLine(int count, int& line)
 {
-    qwzCGoToLineDlg dialog(GetParent(hwnd()));
+    qwzCGoToLineDlg dialog(GetParent(hwnd()), services());
     dialog.setRange(1, count);
     dialog.setLine(line);
     if (dialog.doModal() != IDOK)

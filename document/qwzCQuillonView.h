@@ -5,16 +5,17 @@
 
 #include <windows.h>
 
+#include "resourceIds.h"
 #include "win/winEditView.h"
+#include "win/winHandles.h"
 
 class qwzCQuillonView : public winEditView
 {
 public:
     // The Go To Line command (Ctrl+G).
-    static constexpr unsigned goToLineCommand = 253;
+    static constexpr unsigned goToLineCommand = ID_EDIT_GOTO_LINE;
 
     qwzCQuillonView() = default;
-    ~qwzCQuillonView() override;
 
     // Empties the control and lets the pending painting happen, so that the view is visibly empty before
     // a long operation begins.
@@ -30,9 +31,6 @@ public:
     // do nothing while the document's text is still arriving.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
-    // A change of the text marks the document modified and tells its recovery keeper; the loader's own
-    // appends do neither.
-    void OnControlNotify(unsigned code) override;
 
     // Prints in the display font's 10 pt, made for the printer's own resolution.
     LOGFONTW printerFont(HDC printer) const override;
@@ -40,7 +38,7 @@ public:
     // The display font; null when it could not be made.
     HFONT font() const
     {
-        return font_;
+        return font_.get();
     }
 
 protected:
@@ -50,8 +48,7 @@ protected:
     virtual bool askLine(int count, int& line);
 
 private:
-    // True for a command that must wait while the document's text is still arriving.
-    bool waitsForText(unsigned id) const;
+    static winCommandTable<qwzCQuillonView> commands();
 
-    HFONT font_ = nullptr;
+    winFont font_;
 };

@@ -41,8 +41,8 @@ void sweepTemporaries(const std::wstring& folder)
     limit.HighPart = now.dwHighDateTime;
     limit.QuadPart -= 60ull * 10000000ull;
     WIN32_FIND_DATAW data = {};
-    HANDLE search = FindFirstFileW((folder + L"\\~qsv*").c_str(), &data);
-    if (search == INVALID_HANDLE_VALUE)
+    winFileSearch search(FindFirstFileW((folder + L"\\~qsv*").c_str(), &data));
+    if (search.get() == INVALID_HANDLE_VALUE)
         return;
     do {
         ULARGE_INTEGER written = {};
@@ -50,8 +50,7 @@ void sweepTemporaries(const std::wstring& folder)
         written.HighPart = data.ftLastWriteTime.dwHighDateTime;
         if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && written.QuadPart < limit.QuadPart)
             DeleteFileW((folder + L"\\" + data.cFileName).c_str());
-    } while (FindNextFileW(search, &data));
-    FindClose(search);
+    } while (FindNextFileW(search.get(), &data));
 }
 
 std::wstring baseName(const std::wstring& path)
@@ -78,10 +77,6 @@ qwzCRecoveryKeeper::~qwzCRecoveryKeeper()
     wake_.notify_all();
     if (worker_.joinable())
         worker_.join();
-    for (auto& claim : claimed_)
-        CloseHandle(claim.second);
-    if (lock_)
-        CloseHandle(lock_);
 }
 
 std::wstring qwzCRecoveryKeeper::defaultFolder()
@@ -110,7 +105,7 @@ bool qwzCRecoveryKeeper::start()
     wchar_t name[64];
     std::swprintf(name, 64, L"\\%08lx-%08lx%08lx", GetCurrentProcessId(), now.dwHighDateTime, now.dwLowDateTime);
     file_ = folder_ + name + fileExtension;
-    lock_ = CreateMutexW(nullptr, FALSE, mutexName(file_).c_str());
+    lock_.reset(CreateMutexW(nullptr, FALSE, mutexName(file_).c_str()));
     if (!lock_)
         return false;
     worker_ = std::thread(&qwzCRecoveryKeeper::work, this);
@@ -184,8 +179,7 @@ void qwzCRecoveryKeeper::finish()
     wake_.notify_all();
     if (worker_.joinable())
         worker_.join();
-    CloseHandle(lock_);
-    lock_ = nullptr;
+    lock_.reset();
 }
 
 void qwzCRecoveryKeeper::waitIdle()
@@ -247,15 +241,15 @@ std::vector<std::wstring> qwzCRecoveryKeeper::claimLeftFiles()
     sweepTemporaries(folder_);
     std::vector<Found> found;
     WIN32_FIND_DATAW data = {};
-    HANDLE search = FindFirstFileW((folder_ + L"\\*" + fileExtension).c_str(), &data);
-    if (search == INVALID_HANDLE_VALUE)
+    winFileSearch search(FindFirstFileW((folder_ + L"\\*" + fileExtension).c_str(), &data));
+    if (search.get() == INVALID_HANDLE_VALUE)
         return {};
     do {
         if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
             continue;
         found.push_back({folder_ + L"\\" + data.cFileName, data.ftLastWriteTime});
-    } while (FindNextFileW(search, &data));
-    FindClose(search);
+    } while (FindNextFileW(search.get(), &data));
+    search.reset();
     std::sort(found.begin(), found.end(),
               [](const Found& a, const Found& b) { return CompareFileTime(&a.written, &b.written) < 0; });
 
@@ -265,14 +259,10 @@ std::vector<std::wstring> qwzCRecoveryKeeper::claimLeftFiles()
             std::any_of(claimed_.begin(), claimed_.end(), [&](auto& c) { return c.first == f.path; }))
             continue;
         // a mutex that exists already is held by its live run, or by another run that offers the file
-        HANDLE claim = CreateMutexW(nullptr, FALSE, mutexName(f.path).c_str());
-        if (!claim)
+        winHandle claim(CreateMutexW(nullptr, FALSE, mutexName(f.path).c_str()));
+        if (!claim || GetLastError() == ERROR_ALREADY_EXISTS)
             continue;
-        if (GetLastError() == ERROR_ALREADY_EXISTS) {
-            CloseHandle(claim);
-            continue;
-        }
-        claimed_.emplace_back(f.path, claim);
+        claimed_.emplace_back(f.path, std::move(claim));
         left.push_back(f.path);
     }
     return left;
@@ -284,6 +274,5 @@ void qwzCRecoveryKeeper::deleteLeftFile(const std::wstring& path)
     if (it == claimed_.end())
         return;
     DeleteFileW(path.c_str());
-    CloseHandle(it->second);
     claimed_.erase(it);
 }

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "foundation/utTextEncoding.h"
+#include "win/winHandles.h"
 
 class qwzCRecoveryKeeper
 {
@@ -98,10 +99,10 @@ private:
 
     std::wstring folder_;
     std::wstring file_;
-    HANDLE lock_ = nullptr;
+    winHandle lock_;
     Source source_;
     UINT_PTR timer_ = 0;
-    std::vector<std::pair<std::wstring, HANDLE>> claimed_;
+    std::vector<std::pair<std::wstring, winHandle>> claimed_;
 
     std::mutex mutex_;
     std::condition_variable wake_;

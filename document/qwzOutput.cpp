@@ -3,10 +3,8 @@
 #include "document/qwzOutput.h"
 
 #include <cstdarg>
-#include <iostream>
 
 #include "app/qwzAppCatalog.h"
-#include "document/qwzStreamOutput.h"
 #include "foundation/utFormat.h"
 #include "platform/platform.h"
 
@@ -30,11 +28,4 @@ void qwzOutput::printMessage(int, unsigned int id, ...)
     utString text = utFormatV(message.c_str(), args);
     va_end(args);
     write(text);
-}
-
-qwzOutput& qwzOutput::standardOutput()
-{
-    // built on first use, so that it exists for every caller during static initialisation
-    static qwzStreamOutput channel(&std::cout);
-    return channel;
 }

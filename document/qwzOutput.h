@@ -22,7 +22,4 @@ public:
     // Writes string-table entry `id`, translated, then formatted with the remaining arguments.
     // An unknown id writes the empty text.
     void printMessage(int, unsigned int id, ...);
-
-    // The process-wide channel over standard output.
-    static qwzOutput& standardOutput();
 };

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "foundation/utFileHandle.h"
 #include "foundation/utTextConversion.h"
 
 namespace
@@ -55,13 +56,6 @@ bool number(const std::string& text, std::size_t limit, std::size_t& out)
     }
     return true;
 }
-
-struct FileCloser {
-    void operator()(std::FILE* f) const
-    {
-        std::fclose(f);
-    }
-};
 
 } // namespace
 
@@ -126,7 +120,7 @@ qwzRecoveryFile::ParseResult qwzRecoveryFile::parse(const char* data, std::size_
 
 qwzRecoveryFile::ParseResult qwzRecoveryFile::read(const char* utf8Name, qwzRecoveryRecord& record)
 {
-    std::unique_ptr<std::FILE, FileCloser> file(utOpenFile(utf8Name, "rb"));
+    utFileHandle file(utOpenFile(utf8Name, "rb"));
     if (!file || std::fseek(file.get(), 0, SEEK_END) != 0)
         return ParseResult::NotRecovery;
     long long length = std::ftell(file.get());

@@ -10,6 +10,9 @@ class qwzStreamOutput : public qwzOutput
 public:
     explicit qwzStreamOutput(std::ostream* stream);
 
+    // The process-wide channel over standard output.
+    static qwzOutput& standardOutput();
+
     // Inserts the text with the ordinary inserter; a failed put only sets the stream's badbit.
     void write(const utString& text) override;
 

@@ -9,12 +9,11 @@
 
 #include "app/qwzCText.h"
 #include "app/qwzVersionInfo.h"
-#include "document/qwzOutput.h"
+#include "document/qwzStreamOutput.h"
 #include "http/httpThing.h"
 #include "http/qwzProductServer.h"
 #include "res/resource.h"
 #include "resourceIds.h"
-#include "win/winApp.h"
 #include "win/winFrame.h"
 
 namespace
@@ -28,7 +27,7 @@ constexpr std::chrono::milliseconds checkTimeLimit(4500);
 class StatusText
 {
 public:
-    StatusText() : frame_(winApp::instance() ? winApp::instance()->mainFrame() : nullptr)
+    explicit StatusText(winFrame* frame) : frame_(frame)
     {
         if (!frame_)
             return;
@@ -66,12 +65,12 @@ private:
 
 } // namespace
 
-int runVersionCheck(VersionCheckResult& result)
+int runVersionCheck(VersionCheckResult& result, winFrame* frame)
 {
-    qwzProductServer server = qwzProductServer::current(qwzOutput::standardOutput());
+    qwzProductServer server = qwzProductServer::current(qwzStreamOutput::standardOutput());
     std::cout.flush();
     // destroyed in reverse: the cursor first, then the status text
-    StatusText status;
+    StatusText status(frame);
     WaitCursor cursor;
 
     // each client lives for its one request; both requests are made whatever the first gave, the first
@@ -100,29 +99,30 @@ int runVersionCheck(VersionCheckResult& result)
     return 1;
 }
 
-void runStartupVersionCheck(HWND parent)
+void runStartupVersionCheck(winFrame& frame, winServices* services)
 {
     const char* disabled = std::getenv("QWZ_DISABLE_STARTUP_VERSION_CHECK");
     if (disabled && *disabled)
         return;
     VersionCheckResult result;
-    if (runVersionCheck(result) && !result.upToDate) {
-        qwzCCheckVersionDlg dialog(result, parent);
+    if (runVersionCheck(result, &frame) && !result.upToDate) {
+        qwzCCheckVersionDlg dialog(result, frame.hwnd(), services);
         dialog.doModal();
     }
 }
 
-qwzCCheckVersionDlg::qwzCCheckVersionDlg(HWND parent) : qwzCDialog(IDD_CHECK_VERSION, parent)
+qwzCCheckVersionDlg::qwzCCheckVersionDlg(winFrame* frame, winServices* services)
+    : qwzCDialog(IDD_CHECK_VERSION, frame ? frame->hwnd() : nullptr, services)
 {
     translatedControls.push_back(IDOK);
     usesRichEdit = true;
     VersionCheckResult result;
-    runVersionCheck(result);
+    runVersionCheck(result, frame);
     message_ = result.message;
 }
 
-qwzCCheckVersionDlg::qwzCCheckVersionDlg(const VersionCheckResult& result, HWND parent)
-    : qwzCDialog(IDD_CHECK_VERSION, parent), message_(result.message)
+qwzCCheckVersionDlg::qwzCCheckVersionDlg(const VersionCheckResult& result, HWND parent, winServices* services)
+    : qwzCDialog(IDD_CHECK_VERSION, parent, services), message_(result.message)
 {
     translatedControls.push_back(IDOK);
     usesRichEdit = true;

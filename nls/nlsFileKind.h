@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "foundation/utFileHandle.h"
 #include "platform/platform.h"
 
 enum nlsFileKind {
@@ -26,13 +27,7 @@ nlsFileKind nlsProbeFile(const char* path);
 // Status by UTF-8 name: 0, or the C library's error number.
 int nlsStat(const char* path, platform::Status& out);
 
-struct nlsFileCloser {
-    void operator()(std::FILE* f) const
-    {
-        std::fclose(f);
-    }
-};
-using nlsFileHandle = std::unique_ptr<std::FILE, nlsFileCloser>;
+using nlsFileHandle = utFileHandle;
 
 // Opens a file by UTF-8 name; null on failure.
 nlsFileHandle nlsOpenFile(const char* path, const char* mode);

@@ -3,11 +3,13 @@
 
 Each line of the source is `<id> <NAME> "<text>"`, the text C-escaped (\\n, \\t, \\", \\\\) and UTF-8;
 blank lines and lines starting with # are skipped. Writes into the output directory:
-  resourceIds.h   #define NAME id, for C++ and the resource compiler
+  resourceIds.h   #define NAME id, for C++ and the resource compiler; the window framework's own names
+                  come from its header (win/winIds.h), which resourceIds.h includes, so each name is
+                  defined once, and an entry that numbers one of them differently fails the build
   strings.rc      the resource string table
   stringTable.h/.cpp  the native build's table (the resource string table stands in for it on Windows)
 
-usage: strings.py res/strings.txt OUTDIR
+usage: strings.py res/strings.txt OUTDIR [--framework-ids win/winIds.h]
 """
 import argparse
 import re
@@ -35,6 +37,12 @@ def parse(path):
         names.add(name)
         entries.append((ident, name, text))
     return sorted(entries)
+
+
+def framework_ids(path):
+    """The names and ids that the window framework defines itself."""
+    return {m.group(1): int(m.group(2))
+            for m in re.finditer(r'^#define\s+([A-Z_][A-Z0-9_]*)\s+(\d+)\s*$', Path(path).read_text(), re.M)}
 
 
 def unescape(text):
@@ -69,13 +77,20 @@ def main():
     ap = argparse.ArgumentParser(description="Make the string table's three forms from res/strings.txt.")
     ap.add_argument("strings", metavar="strings.txt", help="the string table's one source")
     ap.add_argument("outdir", metavar="OUTDIR", help="where resourceIds.h, strings.rc and stringTable.h/.cpp go")
+    ap.add_argument("--framework-ids", metavar="HEADER", help="the window framework's own ids, included, not repeated")
     args = ap.parse_args()
     entries = parse(args.strings)
+    own = framework_ids(args.framework_ids) if args.framework_ids else {}
+    for ident, name, _ in entries:
+        if name in own and own[name] != ident:
+            sys.exit(f"{args.strings}: {name} is {ident} here but {own[name]} in {args.framework_ids}")
     out = Path(args.outdir)
     out.mkdir(parents=True, exist_ok=True)
 
     ids = ["// Generated from res/strings.txt: do not edit.", "#pragma once", ""]
-    ids += [f"#define {name} {ident}" for ident, name, _ in entries]
+    if own:
+        ids += ['#include "win/winIds.h"', ""]
+    ids += [f"#define {name} {ident}" for ident, name, _ in entries if name not in own]
     write_if_changed(out / "resourceIds.h", "\n".join(ids) + "\n")
 
     rc = ["// Generated from res/strings.txt: do not edit.", "STRINGTABLE", "BEGIN"]

@@ -5,9 +5,8 @@
 #include "win/winDocTemplate.h"
 #include "win/winDocument.h"
 #include "win/winFrame.h"
+#include "win/winIds.h"
 #include "win/winRecentFiles.h"
-
-#include "resourceIds.h"
 
 #include <commdlg.h>
 
@@ -15,10 +14,6 @@
 
 namespace
 {
-
-enum : unsigned { cmdNew = 57600, cmdOpen = 57601, cmdPrintSetup = 57606, cmdExit = 57665, appTitleId = 57344 };
-
-winApp* current = nullptr;
 
 std::wstring executableBaseName()
 {
@@ -36,21 +31,11 @@ std::wstring executableBaseName()
 
 } // namespace
 
-winApp::winApp()
-{
-    current = this;
-}
+winApp::winApp() = default;
 
 winApp::~winApp()
 {
     template_.reset();
-    if (current == this)
-        current = nullptr;
-}
-
-winApp* winApp::instance()
-{
-    return current;
 }
 
 int winApp::winMain(int showCommand)
@@ -152,7 +137,7 @@ std::wstring winApp::appName() const
 {
     if (!appName_.empty())
         return appName_;
-    std::wstring title = winText::loadRaw(appTitleId);
+    std::wstring title = winText::loadRaw(AFX_IDS_APP_TITLE);
     return title.empty() ? executableBaseName() : title;
 }
 
@@ -188,6 +173,8 @@ void winApp::addToRecentFileList(const std::wstring& path)
 void winApp::addDocTemplate(std::unique_ptr<winDocTemplate> docTemplate)
 {
     template_ = std::move(docTemplate);
+    if (template_)
+        template_->setServices(this);
 }
 
 winFrame* winApp::mainFrame() const
@@ -258,41 +245,34 @@ void winApp::openRecentFile(size_t index)
     openDocumentFile(path);
 }
 
+winCommandTable<winApp> winApp::commands()
+{
+    static const winCommand<winApp> table[] = {
+        {ID_FILE_NEW, [](winApp& app, unsigned) { app.onFileNew(); }},
+        {ID_FILE_OPEN, [](winApp& app, unsigned) { app.onFileOpen(); }},
+        {ID_FILE_PRINT_SETUP, [](winApp& app, unsigned) { app.onFilePrintSetup(); }},
+        {ID_APP_EXIT,
+         [](winApp& app, unsigned) {
+             if (winFrame* frame = app.mainFrame(); frame && frame->hwnd())
+                 SendMessageW(frame->hwnd(), WM_CLOSE, 0, 0);
+         }},
+        {ID_FILE_MRU_FILE1, ID_FILE_MRU_LAST,
+         [](winApp& app, unsigned id) { app.openRecentFile(id - ID_FILE_MRU_FILE1); },
+         [](winApp& app, unsigned id, winCommandState& state) {
+             state.enabled = app.recentFiles_ && id - ID_FILE_MRU_FILE1 < app.recentFiles_->size();
+         }},
+    };
+    return table;
+}
+
 bool winApp::onCommand(unsigned id)
 {
-    if (id >= winFrame::recentFileFirst && id <= winFrame::recentFileLast) {
-        openRecentFile(id - winFrame::recentFileFirst);
-        return true;
-    }
-    switch (id) {
-    case cmdNew:
-        onFileNew();
-        return true;
-    case cmdOpen:
-        onFileOpen();
-        return true;
-    case cmdPrintSetup:
-        onFilePrintSetup();
-        return true;
-    case cmdExit:
-        if (winFrame* frame = mainFrame(); frame && frame->hwnd())
-            SendMessageW(frame->hwnd(), WM_CLOSE, 0, 0);
-        return true;
-    default:
-        return false;
-    }
+    return winRunCommand(commands(), *this, id);
 }
 
 bool winApp::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id == cmdNew || id == cmdOpen || id == cmdExit || id == cmdPrintSetup) {
-        state.enabled = true;
-        return true;
-    }
-    if (id < winFrame::recentFileFirst || id > winFrame::recentFileLast)
-        return false;
-    state.enabled = recentFiles_ && id - winFrame::recentFileFirst < recentFiles_->size();
-    return true;
+    return winUpdateCommand(commands(), *this, id, state);
 }
 
 int winApp::messageBox(const std::wstring& text, UINT type, HWND owner)

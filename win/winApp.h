@@ -4,8 +4,8 @@
 // which every message box and file dialog of the framework passes. One per process.
 #pragma once
 
-#include "win/winCommandTarget.h"
 #include "win/winPrinter.h"
+#include "win/winServices.h"
 #include "win/winText.h"
 
 #include <windows.h>
@@ -20,16 +20,13 @@ class winDocument;
 class winFrame;
 class winRecentFiles;
 
-class winApp : public winCommandTarget
+class winApp : public winServices
 {
 public:
     winApp();
     winApp(const winApp&) = delete;
     winApp& operator=(const winApp&) = delete;
     ~winApp() override;
-
-    // The application object of the process; null when none exists.
-    static winApp* instance();
 
     // Runs initInstance, the message loop and exitInstance; the process's exit status.
     int winMain(int showCommand);
@@ -41,8 +38,7 @@ public:
     int run();
     // Dispatches every message already queued (no waiting); false once WM_QUIT was seen.
     bool pumpMessages();
-    // Offers `msg` to the modeless dialogs and the frame's accelerators; true when consumed.
-    virtual bool preTranslateMessage(MSG& msg);
+    bool preTranslateMessage(MSG& msg) override;
     // Called while the queue is empty, `count` counting up from 0; true asks for another call. The
     // default brings the main frame's bars up to date at the first call.
     virtual bool onIdle(long count);
@@ -52,32 +48,31 @@ public:
         return showCommand_;
     }
 
-    // Dialogs whose keyboard messages must go through IsDialogMessage (the Find dialog).
-    void addModelessDialog(HWND dialog);
-    void removeModelessDialog(HWND dialog);
+    void addModelessDialog(HWND dialog) override;
+    void removeModelessDialog(HWND dialog) override;
 
     // Installs the translation of every framework text (identity until installed).
     static void setTranslator(winText::Translator translator);
     // The translation of `english`.
     static std::wstring translate(const std::wstring& english);
 
-    // The application's name (string 57344 by default); names its settings key and message boxes.
-    std::wstring appName() const;
+    // The application's name (string AFX_IDS_APP_TITLE by default).
+    std::wstring appName() const override;
     void setAppName(const std::wstring& name);
     // Settings live under HKEY_CURRENT_USER\Software\<company>\<appName>.
     void setRegistryKey(const std::wstring& company);
-    std::wstring profileKey() const;
+    std::wstring profileKey() const override;
     // Creates the recent-file list with `maxRecentFiles` entries and reads it from the settings key.
     void loadStdProfileSettings(size_t maxRecentFiles = 4);
     // The recent-file list; null before loadStdProfileSettings.
-    winRecentFiles* recentFiles() const
+    winRecentFiles* recentFiles() const override
     {
         return recentFiles_.get();
     }
-    // Puts `path` first in the recent-file list and writes the list to the registry.
-    virtual void addToRecentFileList(const std::wstring& path);
+    // Writes the list to the registry too.
+    void addToRecentFileList(const std::wstring& path) override;
 
-    // The document template (the application owns it; one only).
+    // The document template (the application owns it; one only), handed this application's services.
     void addDocTemplate(std::unique_ptr<winDocTemplate> docTemplate);
     winDocTemplate* docTemplate() const
     {
@@ -92,34 +87,31 @@ public:
     void parseCommandLine(winCommandLineInfo& info);
     // Makes the new or opened document the command line asks for; false when that failed.
     bool processShellCommand(const winCommandLineInfo& info);
-    // Opens `path` (after the save prompt) through the template; null when cancelled or failed.
-    virtual winDocument* openDocumentFile(const std::wstring& path);
+    // Opens `path` through the template.
+    winDocument* openDocumentFile(const std::wstring& path) override;
 
-    // The printer of the session, which Print Setup chooses.
-    winPrinter& printer()
+    winPrinter& printer() override
     {
         return printer_;
     }
 
-    // New 57600, Open 57601, Print Setup 57606, Exit 57665, recent files 57616..57631.
+    // New, Open, Print Setup, Exit and the recent files.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
     // The File menu's commands; tests and subclasses call them directly.
     virtual void onFileNew();
     virtual void onFileOpen();
-    // Print Setup; true when the user chose (tells the user when no printer is installed).
-    bool onFilePrintSetup();
+    bool onFilePrintSetup() override;
     // Opens recent entry `index`; a vanished file is removed from the list with a message.
     virtual void openRecentFile(size_t index);
 
-    // Every message box of the framework: `type` as for MessageBoxW, owner the main frame when null,
-    // caption the application's name. Returns the button chosen. Tests override it to answer.
-    virtual int messageBox(const std::wstring& text, UINT type, HWND owner = nullptr);
-    // The common Open (open true) or Save As dialog for any file type; `path` is the proposal and the
-    // answer. False when cancelled. Tests override it.
-    virtual bool promptFileName(bool open, std::wstring& path);
+    // Tests override these two to answer.
+    int messageBox(const std::wstring& text, UINT type, HWND owner = nullptr) override;
+    bool promptFileName(bool open, std::wstring& path) override;
 
 private:
+    static winCommandTable<winApp> commands();
+
     int showCommand_ = SW_SHOWNORMAL;
     int exitCode_ = 0;
     std::wstring appName_;

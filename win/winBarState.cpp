@@ -1,6 +1,8 @@
 // The bar state's registry values: three DWORDs in one subkey.
 #include "win/winBarState.h"
 
+#include "win/winHandles.h"
+
 #include <windows.h>
 
 namespace
@@ -32,9 +34,11 @@ bool writeDword(HKEY key, const wchar_t* name, DWORD value)
 winBarState winBarState::load(const std::wstring& appKey)
 {
     winBarState state;
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, (appKey + section).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    HKEY raw = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, (appKey + section).c_str(), 0, KEY_READ, &raw) != ERROR_SUCCESS)
         return state;
+    winRegKey owner(raw);
+    HKEY key = owner.get();
     DWORD value = 0;
     if (readDword(key, toolBarValue, value) && value <= 1)
         state.toolBarVisible = value != 0;
@@ -42,18 +46,17 @@ winBarState winBarState::load(const std::wstring& appKey)
         state.toolBarSide = static_cast<Side>(value);
     if (readDword(key, statusBarValue, value) && value <= 1)
         state.statusBarVisible = value != 0;
-    RegCloseKey(key);
     return state;
 }
 
 bool winBarState::save(const std::wstring& appKey) const
 {
-    HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, (appKey + section).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+    HKEY raw = nullptr;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, (appKey + section).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &raw,
                         nullptr) != ERROR_SUCCESS)
         return false;
-    bool ok = writeDword(key, toolBarValue, toolBarVisible ? 1 : 0) && writeDword(key, sideValue, toolBarSide) &&
-              writeDword(key, statusBarValue, statusBarVisible ? 1 : 0);
-    RegCloseKey(key);
-    return ok;
+    winRegKey key(raw);
+    return writeDword(key.get(), toolBarValue, toolBarVisible ? 1 : 0) &&
+           writeDword(key.get(), sideValue, toolBarSide) &&
+           writeDword(key.get(), statusBarValue, statusBarVisible ? 1 : 0);
 }

@@ -1,6 +1,8 @@
 // Command-line words to the start-up action.
 #include "win/winCommandLineInfo.h"
 
+#include "win/winHandles.h"
+
 #include <windows.h>
 
 #include <shellapi.h>
@@ -26,11 +28,10 @@ std::vector<std::wstring> winCommandLineInfo::processArguments()
 {
     std::vector<std::wstring> out;
     int count = 0;
-    LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &count);
+    winLocal<LPWSTR> argv(CommandLineToArgvW(GetCommandLineW(), &count));
     if (!argv)
         return out;
     for (int i = 1; i < count; ++i)
-        out.emplace_back(argv[i]);
-    LocalFree(argv);
+        out.emplace_back(argv.get()[i]);
     return out;
 }

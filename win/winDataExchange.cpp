@@ -1,11 +1,9 @@
 // Data exchange: integer and text fields, and the refusal of a field that does not parse.
 #include "win/winDataExchange.h"
 
-#include "win/winApp.h"
-#include "win/winDialog.h"
+#include "win/winIds.h"
+#include "win/winServices.h"
 #include "win/winText.h"
-
-#include "resourceIds.h"
 
 #include <climits>
 
@@ -19,7 +17,10 @@ bool isBlank(wchar_t c)
 
 } // namespace
 
-winDataExchange::winDataExchange(winDialog& dialog, bool saveAndValidate) : dialog_(dialog), save_(saveAndValidate) {}
+winDataExchange::winDataExchange(HWND dialog, winServices* services, bool saveAndValidate)
+    : dialog_(dialog), services_(services), save_(saveAndValidate)
+{
+}
 
 bool winDataExchange::parseInt(const std::wstring& text, int& value)
 {
@@ -56,11 +57,11 @@ void winDataExchange::fail(int controlId, unsigned messageId)
         return;
     failed_ = true;
     std::wstring text = winText::load(messageId);
-    if (winApp* app = winApp::instance())
-        app->messageBox(text, MB_OK | MB_ICONEXCLAMATION, dialog_.hwnd());
+    if (services_)
+        services_->messageBox(text, MB_OK | MB_ICONEXCLAMATION, dialog_);
     else
-        MessageBoxW(dialog_.hwnd(), text.c_str(), nullptr, MB_OK | MB_ICONEXCLAMATION);
-    HWND field = GetDlgItem(dialog_.hwnd(), controlId);
+        MessageBoxW(dialog_, text.c_str(), nullptr, MB_OK | MB_ICONEXCLAMATION);
+    HWND field = GetDlgItem(dialog_, controlId);
     if (field) {
         SetFocus(field);
         SendMessageW(field, EM_SETSEL, 0, -1);
@@ -72,11 +73,11 @@ void winDataExchange::exchangeInt(int controlId, int& value)
     if (failed_)
         return;
     if (!save_) {
-        dialog_.setItemText(controlId, std::to_wstring(value));
+        SetDlgItemTextW(dialog_, controlId, std::to_wstring(value).c_str());
         return;
     }
     int parsed = 0;
-    if (parseInt(dialog_.itemText(controlId), parsed))
+    if (parseInt(winText::windowText(GetDlgItem(dialog_, controlId)), parsed))
         value = parsed;
     else
         fail(controlId, WIN_IDS_ENTER_INTEGER);
@@ -87,7 +88,7 @@ void winDataExchange::exchangeText(int controlId, std::wstring& value)
     if (failed_)
         return;
     if (save_)
-        value = dialog_.itemText(controlId);
+        value = winText::windowText(GetDlgItem(dialog_, controlId));
     else
-        dialog_.setItemText(controlId, value);
+        SetDlgItemTextW(dialog_, controlId, value.c_str());
 }

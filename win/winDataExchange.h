@@ -3,14 +3,18 @@
 // exchange of the pass does nothing.
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
-class winDialog;
+class winServices;
 
 class winDataExchange
 {
 public:
-    winDataExchange(winDialog& dialog, bool saveAndValidate);
+    // A pass over the controls of `dialog`; a refusal is told through `services` (the system's message
+    // box without them).
+    winDataExchange(HWND dialog, winServices* services, bool saveAndValidate);
 
     // True when reading controls into members, false when filling controls.
     bool saveAndValidate() const
@@ -37,7 +41,8 @@ public:
     void fail(int controlId, unsigned messageId);
 
 private:
-    winDialog& dialog_;
+    HWND dialog_;
+    winServices* services_;
     bool save_;
     bool failed_ = false;
 };

@@ -1,18 +1,21 @@
 // Dialog base: creation, the dispatching dialog procedure, OK/Cancel and the data-exchange pass.
 #include "win/winDialog.h"
 
-#include "win/winApp.h"
 #include "win/winControl.h"
 #include "win/winDataExchange.h"
+#include "win/winServices.h"
 #include "win/winText.h"
 
-winDialog::winDialog(unsigned templateId, HWND parent) : templateId_(templateId), parent_(parent) {}
+winDialog::winDialog(unsigned templateId, HWND parent, winServices* services)
+    : templateId_(templateId), parent_(parent), services_(services)
+{
+}
 
 winDialog::~winDialog()
 {
     if (hwnd_ && !modal_) {
-        if (winApp* app = winApp::instance())
-            app->removeModelessDialog(hwnd_);
+        if (services_)
+            services_->removeModelessDialog(hwnd_);
         SetWindowLongPtrW(hwnd_, DWLP_USER, 0);
         HWND h = hwnd_;
         hwnd_ = nullptr;
@@ -43,8 +46,8 @@ bool winDialog::create()
         OnCreateFailed(GetLastError());
         return false;
     }
-    if (winApp* app = winApp::instance())
-        app->addModelessDialog(h);
+    if (services_)
+        services_->addModelessDialog(h);
     ShowWindow(h, SW_SHOW);
     return true;
 }
@@ -58,29 +61,21 @@ void winDialog::endDialog(INT_PTR result)
         EndDialog(hwnd_, result);
         return;
     }
-    if (winApp* app = winApp::instance())
-        app->removeModelessDialog(hwnd_);
+    if (services_)
+        services_->removeModelessDialog(hwnd_);
     DestroyWindow(hwnd_);
 }
 
 bool winDialog::updateData(bool saveAndValidate)
 {
-    winDataExchange dx(*this, saveAndValidate);
+    winDataExchange dx(hwnd_, services_, saveAndValidate);
     doDataExchange(dx);
     return !dx.failed();
 }
 
 std::wstring winDialog::itemText(int id) const
 {
-    HWND item = id ? GetDlgItem(hwnd_, id) : hwnd_;
-    if (!item)
-        return {};
-    int length = GetWindowTextLengthW(item);
-    if (length <= 0)
-        return {};
-    std::wstring text(size_t(length) + 1, L'\0');
-    text.resize(size_t(GetWindowTextW(item, text.data(), length + 1)));
-    return text;
+    return winText::windowText(id ? GetDlgItem(hwnd_, id) : hwnd_);
 }
 
 void winDialog::setItemText(int id, const std::wstring& text)

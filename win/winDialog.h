@@ -8,12 +8,14 @@
 #include <string>
 
 class winDataExchange;
+class winServices;
 
 class winDialog
 {
 public:
-    // A dialog from template `templateId`, owned by `parent` (may be null).
-    explicit winDialog(unsigned templateId, HWND parent = nullptr);
+    // A dialog from template `templateId`, owned by `parent` (may be null). Its message boxes and a
+    // modeless dialog's keyboard go through `services`; without them, through the system directly.
+    explicit winDialog(unsigned templateId, HWND parent = nullptr, winServices* services = nullptr);
     winDialog(const winDialog&) = delete;
     winDialog& operator=(const winDialog&) = delete;
     // Destroys a modeless dialog that is still open.
@@ -24,6 +26,11 @@ public:
     // Creates the dialog modeless and visible, its keyboard going through the message loop's
     // IsDialogMessage; false on failure.
     bool create();
+
+    winServices* services() const
+    {
+        return services_;
+    }
 
     HWND hwnd() const
     {
@@ -75,6 +82,7 @@ private:
 
     unsigned templateId_;
     HWND parent_;
+    winServices* services_;
     HWND hwnd_ = nullptr;
     bool modal_ = false;
     INT_PTR result_ = 0;

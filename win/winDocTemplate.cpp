@@ -1,10 +1,10 @@
 // Single-document template: creation of the trio and the New/Open sequence with its save prompt.
 #include "win/winDocTemplate.h"
 
-#include "win/winApp.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
 #include "win/winFrame.h"
+#include "win/winServices.h"
 #include "win/winText.h"
 
 winDocTemplate::winDocTemplate(unsigned resourceId, DocumentFactory makeDocument, ViewFactory makeView,
@@ -50,14 +50,13 @@ bool winDocTemplate::createAll()
         destroyAll();
         return false;
     }
-    view_->setDocument(document_.get());
-    document_->attach(view_.get(), frame_.get());
+    view_->setServices(services_);
+    document_->attach(view_.get(), frame_.get(), services_);
     std::wstring title = docString(0);
-    winApp* app = winApp::instance();
-    if (title.empty() && app)
-        title = app->appName();
+    if (title.empty() && services_)
+        title = services_->appName();
     frame_->setAppTitle(title);
-    if (!frame_->create(resourceId_, *document_, *view_)) {
+    if (!frame_->create(resourceId_, *document_, *view_, services_)) {
         destroyAll();
         return false;
     }

@@ -9,6 +9,7 @@
 class winDocument;
 class winEditView;
 class winFrame;
+class winServices;
 
 class winDocTemplate
 {
@@ -32,6 +33,13 @@ public:
     unsigned resourceId() const
     {
         return resourceId_;
+    }
+
+    // The application's services, handed on to the document, view and frame it makes; the application
+    // that owns the template sets them.
+    void setServices(winServices* services)
+    {
+        services_ = services;
     }
 
     // Field `index` of the document string (string-table entry resourceId, fields separated by "\n";
@@ -62,6 +70,7 @@ private:
     void destroyAll();
 
     unsigned resourceId_;
+    winServices* services_ = nullptr;
     DocumentFactory makeDocument_;
     ViewFactory makeView_;
     FrameFactory makeFrame_;

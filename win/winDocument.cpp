@@ -1,19 +1,17 @@
 // Document flows: new, open, save, save as, and the save prompt. Every save goes through winSafeSave.
 #include "win/winDocument.h"
 
-#include "win/winApp.h"
 #include "win/winEditView.h"
-#include "win/winFrame.h"
+#include "win/winHandles.h"
+#include "win/winIds.h"
+#include "win/winServices.h"
 #include "win/winText.h"
-
-#include "resourceIds.h"
+#include "win/winViewHost.h"
 
 #include <memory>
 
 namespace
 {
-
-enum : unsigned { cmdSave = 57603, cmdSaveAs = 57604 };
 
 std::wstring fileNameOf(const std::wstring& path)
 {
@@ -28,7 +26,7 @@ bool readWholeFile(const std::wstring& path, std::string& bytes)
                            FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
     if (h == INVALID_HANDLE_VALUE)
         return false;
-    std::unique_ptr<void, decltype(&CloseHandle)> file(h, &CloseHandle);
+    winHandle file(h);
     LARGE_INTEGER size = {};
     if (!GetFileSizeEx(h, &size) || size.QuadPart < 0 || size.QuadPart > 0x7FFFFFFF)
         return false;
@@ -60,8 +58,8 @@ void winDocument::setPathName(const std::wstring& path, bool addToRecentFiles)
     pathName_ = winSafeSave::fullPath(path);
     setTitle(fileNameOf(pathName_));
     if (addToRecentFiles)
-        if (winApp* app = winApp::instance())
-            app->addToRecentFileList(pathName_);
+        if (services_)
+            services_->addToRecentFileList(pathName_);
 }
 
 bool winDocument::onNewDocument()
@@ -78,8 +76,8 @@ bool winDocument::onOpenDocument(const std::wstring& path)
 {
     std::string bytes;
     if (!readWholeFile(path, bytes) || !deserialize(bytes)) {
-        if (winApp* app = winApp::instance())
-            app->messageBox(winText::formatId(WIN_IDS_OPEN_FAILED, {path}), MB_OK | MB_ICONERROR);
+        if (services_)
+            services_->messageBox(winText::formatId(WIN_IDS_OPEN_FAILED, {path}), MB_OK | MB_ICONERROR);
         return false;
     }
     modified_ = false;
@@ -135,8 +133,8 @@ bool winDocument::writeFileReporting(const std::wstring& path, const std::string
     winSaveResult result = winSafeSave::write(path, bytes);
     if (result.ok)
         return true;
-    if (winApp* app = winApp::instance())
-        app->messageBox(saveErrorText(path, result), MB_OK | MB_ICONERROR);
+    if (services_)
+        services_->messageBox(saveErrorText(path, result), MB_OK | MB_ICONERROR);
     return false;
 }
 
@@ -144,11 +142,11 @@ bool winDocument::saveModified()
 {
     if (!modified_)
         return true;
-    winApp* app = winApp::instance();
-    if (!app)
+    if (!services_)
         return true;
     std::wstring name = pathName_.empty() ? title_ : pathName_;
-    switch (app->messageBox(winText::formatId(WIN_IDS_SAVE_CHANGES, {name}), MB_YESNOCANCEL | MB_ICONEXCLAMATION)) {
+    switch (
+        services_->messageBox(winText::formatId(WIN_IDS_SAVE_CHANGES, {name}), MB_YESNOCANCEL | MB_ICONEXCLAMATION)) {
     case IDYES:
         return doFileSave();
     case IDNO:
@@ -184,9 +182,8 @@ bool winDocument::doSave(const std::wstring& path, bool replacePath)
     std::wstring target = path;
     for (;;) {
         if (target.empty()) {
-            winApp* app = winApp::instance();
             target = pathName_.empty() ? title_ : pathName_;
-            if (!app || !app->promptFileName(false, target))
+            if (!services_ || !services_->promptFileName(false, target))
                 return false;
         }
         SaveChoice choice = confirmSave(target);
@@ -203,24 +200,21 @@ bool winDocument::doSave(const std::wstring& path, bool replacePath)
     return true;
 }
 
+winCommandTable<winDocument> winDocument::commands()
+{
+    static const winCommand<winDocument> table[] = {
+        {ID_FILE_SAVE, [](winDocument& document, unsigned) { document.doFileSave(); }},
+        {ID_FILE_SAVE_AS, [](winDocument& document, unsigned) { document.doSave(std::wstring()); }},
+    };
+    return table;
+}
+
 bool winDocument::onCommand(unsigned id)
 {
-    switch (id) {
-    case cmdSave:
-        doFileSave();
-        return true;
-    case cmdSaveAs:
-        doSave(std::wstring());
-        return true;
-    default:
-        return false;
-    }
+    return winRunCommand(commands(), *this, id);
 }
 
 bool winDocument::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    if (id != cmdSave && id != cmdSaveAs)
-        return false;
-    state.enabled = true;
-    return true;
+    return winUpdateCommand(commands(), *this, id, state);
 }

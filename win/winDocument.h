@@ -8,7 +8,8 @@
 #include <string>
 
 class winEditView;
-class winFrame;
+class winServices;
+class winViewHost;
 
 class winDocument : public winCommandTarget
 {
@@ -38,24 +39,34 @@ public:
     {
         return modified_;
     }
+    // The text changed in the view (EN_CHANGE); the default marks the document modified.
+    virtual void onTextChanged()
+    {
+        modified_ = true;
+    }
     void setModified(bool modified = true)
     {
         modified_ = modified;
     }
 
-    // The view and frame of the document (set by the template).
+    // The view and frame of the document and the application's services (set by the template).
     winEditView* view() const
     {
         return view_;
     }
-    winFrame* frame() const
+    winViewHost* frame() const
     {
         return frame_;
     }
-    void attach(winEditView* view, winFrame* frame)
+    winServices* services() const
+    {
+        return services_;
+    }
+    void attach(winEditView* view, winViewHost* frame, winServices* services)
     {
         view_ = view;
         frame_ = frame;
+        services_ = services;
     }
 
     // Makes the document empty and untitled; false keeps the old document. The default empties the view.
@@ -88,19 +99,22 @@ public:
     // Save As when `path` is empty (asking for a name), else save to `path`; false when not saved.
     bool doSave(const std::wstring& path, bool replacePath = true);
 
-    // Save 57603 and Save As 57604.
+    // Save and Save As.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
     // Writes `bytes` safely and, on failure, shows the matching error box for `path`.
-    static bool writeFileReporting(const std::wstring& path, const std::string& bytes);
+    bool writeFileReporting(const std::wstring& path, const std::string& bytes);
     // The message shown for a failed save of `path`.
     static std::wstring saveErrorText(const std::wstring& path, const winSaveResult& result);
 
 private:
+    static winCommandTable<winDocument> commands();
+
     std::wstring title_;
     std::wstring pathName_;
     bool modified_ = false;
     winEditView* view_ = nullptr;
-    winFrame* frame_ = nullptr;
+    winViewHost* frame_ = nullptr;
+    winServices* services_ = nullptr;
 };

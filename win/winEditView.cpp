@@ -2,33 +2,20 @@
 // and searched in place; no per-line work happens anywhere.
 #include "win/winEditView.h"
 
-#include "win/winApp.h"
-#include "win/winDocument.h"
-#include "win/winFrame.h"
+#include "win/winHandles.h"
+#include "win/winIds.h"
 #include "win/winPrintJob.h"
 #include "win/winPrintPreview.h"
+#include "win/winPrinter.h"
+#include "win/winServices.h"
 #include "win/winText.h"
 #include "win/winTextPrinter.h"
-
-#include "resourceIds.h"
+#include "win/winViewHost.h"
 
 #include <algorithm>
 
 namespace
 {
-
-enum : unsigned {
-    cmdClear = 57632,
-    cmdCopy = 57634,
-    cmdCut = 57635,
-    cmdFind = 57636,
-    cmdPaste = 57637,
-    cmdSelectAll = 57642,
-    cmdUndo = 57643,
-    cmdPrint = 57607,
-    cmdPrintDirect = 57608,
-    cmdPrintPreview = 57609,
-};
 
 bool isWordChar(wchar_t c)
 {
@@ -40,6 +27,12 @@ bool isWholeWord(const std::wstring& text, size_t start, size_t length)
     bool before = start > 0 && isWordChar(text[start - 1]);
     bool after = start + length < text.size() && isWordChar(text[start + length]);
     return !before && !after;
+}
+
+// An edit command that is the control's own message.
+template <UINT message, LPARAM lParam = 0> void sendToControl(winEditView& view, unsigned)
+{
+    SendMessageW(view.hwnd(), message, 0, lParam);
 }
 
 void lowerInPlace(std::wstring& s)
@@ -57,8 +50,8 @@ winEditView::~winEditView()
 {
     preview_.reset();
     if (findDialog_) {
-        if (winApp* app = winApp::instance())
-            app->removeModelessDialog(findDialog_);
+        if (services_)
+            services_->removeModelessDialog(findDialog_);
         // the dialog may already have gone with its owner, the frame
         if (IsWindow(findDialog_))
             DestroyWindow(findDialog_);
@@ -77,9 +70,10 @@ bool winEditView::OnCreate()
     return true;
 }
 
-bool winEditView::create(HWND parent)
+bool winEditView::create(winViewHost& host)
 {
-    hwnd_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", windowStyle(), 0, 0, 0, 0, parent,
+    host_ = &host;
+    hwnd_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", windowStyle(), 0, 0, 0, 0, host.hostWindow(),
                             reinterpret_cast<HMENU>(static_cast<UINT_PTR>(paneId)), GetModuleHandleW(nullptr), nullptr);
     if (!hwnd_)
         return false;
@@ -126,77 +120,47 @@ void winEditView::selection(size_t& start, size_t& end) const
     end = e;
 }
 
+winCommandTable<winEditView> winEditView::commands()
+{
+    using View = winEditView;
+    static const auto hasSelection = [](View& view, unsigned, winCommandState& state) {
+        size_t start = 0, end = 0;
+        view.selection(start, end);
+        state.enabled = start != end;
+    };
+    static const auto hasText = [](View& view, unsigned, winCommandState& state) {
+        state.enabled = GetWindowTextLengthW(view.hwnd_) > 0;
+    };
+    static const winCommand<View> table[] = {
+        {ID_EDIT_UNDO, sendToControl<EM_UNDO>,
+         [](View& view, unsigned, winCommandState& state) {
+             state.enabled = SendMessageW(view.hwnd_, EM_CANUNDO, 0, 0) != 0;
+         }},
+        {ID_EDIT_CUT, sendToControl<WM_CUT>, hasSelection},
+        {ID_EDIT_COPY, sendToControl<WM_COPY>, hasSelection},
+        {ID_EDIT_CLEAR, sendToControl<WM_CLEAR>, hasSelection},
+        {ID_EDIT_PASTE, sendToControl<WM_PASTE>,
+         [](View&, unsigned, winCommandState& state) {
+             state.enabled = IsClipboardFormatAvailable(CF_UNICODETEXT) != 0;
+         }},
+        {ID_EDIT_SELECT_ALL, sendToControl<EM_SETSEL, -1>, hasText},
+        {ID_EDIT_FIND, [](View& view, unsigned) { view.openFindDialog(); }, hasText},
+        // an empty document prints one empty page; no printer is told when chosen
+        {ID_FILE_PRINT, [](View& view, unsigned) { view.print(false); }},
+        {ID_FILE_PRINT_DIRECT, [](View& view, unsigned) { view.print(true); }},
+        {ID_FILE_PRINT_PREVIEW, [](View& view, unsigned) { view.printPreview(); }},
+    };
+    return table;
+}
+
 bool winEditView::onCommand(unsigned id)
 {
-    switch (id) {
-    case cmdUndo:
-        SendMessageW(hwnd_, EM_UNDO, 0, 0);
-        return true;
-    case cmdCut:
-        SendMessageW(hwnd_, WM_CUT, 0, 0);
-        return true;
-    case cmdCopy:
-        SendMessageW(hwnd_, WM_COPY, 0, 0);
-        return true;
-    case cmdPaste:
-        SendMessageW(hwnd_, WM_PASTE, 0, 0);
-        return true;
-    case cmdClear:
-        SendMessageW(hwnd_, WM_CLEAR, 0, 0);
-        return true;
-    case cmdSelectAll:
-        SendMessageW(hwnd_, EM_SETSEL, 0, -1);
-        return true;
-    case cmdFind:
-        openFindDialog();
-        return true;
-    case cmdPrint:
-    case cmdPrintDirect:
-        print(id == cmdPrintDirect);
-        return true;
-    case cmdPrintPreview:
-        printPreview();
-        return true;
-    default:
-        return false;
-    }
+    return winRunCommand(commands(), *this, id);
 }
 
 bool winEditView::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    size_t start = 0, end = 0;
-    switch (id) {
-    case cmdUndo:
-        state.enabled = SendMessageW(hwnd_, EM_CANUNDO, 0, 0) != 0;
-        return true;
-    case cmdCut:
-    case cmdCopy:
-    case cmdClear:
-        selection(start, end);
-        state.enabled = start != end;
-        return true;
-    case cmdPaste:
-        state.enabled = IsClipboardFormatAvailable(CF_UNICODETEXT) != 0;
-        return true;
-    case cmdSelectAll:
-    case cmdFind:
-        state.enabled = GetWindowTextLengthW(hwnd_) > 0;
-        return true;
-    case cmdPrint:
-    case cmdPrintDirect:
-    case cmdPrintPreview:
-        // an empty document prints one empty page; no printer is told when chosen
-        state.enabled = true;
-        return true;
-    default:
-        return false;
-    }
-}
-
-void winEditView::OnControlNotify(unsigned code)
-{
-    if (code == EN_CHANGE && document_)
-        document_->setModified(true);
+    return winUpdateCommand(commands(), *this, id, state);
 }
 
 UINT winEditView::findMessage()
@@ -228,16 +192,16 @@ bool winEditView::openFindDialog()
     findDialog_ = FindTextW(&findRequest_);
     if (!findDialog_)
         return false;
-    if (winApp* app = winApp::instance())
-        app->addModelessDialog(findDialog_);
+    if (services_)
+        services_->addModelessDialog(findDialog_);
     return true;
 }
 
 void winEditView::OnFindMessage(const FINDREPLACEW& request)
 {
     if (request.Flags & FR_DIALOGTERM) {
-        if (winApp* app = winApp::instance())
-            app->removeModelessDialog(findDialog_);
+        if (services_)
+            services_->removeModelessDialog(findDialog_);
         findDialog_ = nullptr;
         return;
     }
@@ -251,10 +215,9 @@ void winEditView::OnFindMessage(const FINDREPLACEW& request)
 
 void winEditView::OnTextNotFound(const std::wstring& what)
 {
-    winApp* app = winApp::instance();
-    if (app)
-        app->messageBox(winText::formatId(WIN_IDS_CANNOT_FIND, {what}), MB_OK | MB_ICONINFORMATION,
-                        findDialog_ ? findDialog_ : GetParent(hwnd_));
+    if (services_)
+        services_->messageBox(winText::formatId(WIN_IDS_CANNOT_FIND, {what}), MB_OK | MB_ICONINFORMATION,
+                              findDialog_ ? findDialog_ : GetParent(hwnd_));
 }
 
 bool winEditView::findText(const std::wstring& what, bool matchCase, bool wholeWord, bool down)
@@ -301,63 +264,51 @@ LOGFONTW winEditView::printerFont(HDC printer) const
     HFONT shown = hwnd_ ? reinterpret_cast<HFONT>(SendMessageW(hwnd_, WM_GETFONT, 0, 0)) : nullptr;
     if (!shown || !GetObjectW(shown, sizeof font, &font))
         GetObjectW(GetStockObject(SYSTEM_FIXED_FONT), sizeof font, &font);
-    HDC screen = GetDC(nullptr);
-    int screenDpi = GetDeviceCaps(screen, LOGPIXELSY);
-    ReleaseDC(nullptr, screen);
+    int screenDpi = GetDeviceCaps(winWindowDC(nullptr).get(), LOGPIXELSY);
     font.lfHeight = MulDiv(font.lfHeight, GetDeviceCaps(printer, LOGPIXELSY), screenDpi);
     font.lfWidth = 0;
     return font;
 }
 
-namespace
-{
-
 // Asks about an installed printer before anything else, so no print command ends in silence.
-bool printerInstalled(winApp& app)
+bool winEditView::printerInstalled()
 {
     if (winPrinter::installed())
         return true;
-    app.messageBox(winText::load(WIN_IDS_NO_PRINTER), MB_OK | MB_ICONINFORMATION);
+    services_->messageBox(winText::load(WIN_IDS_NO_PRINTER), MB_OK | MB_ICONINFORMATION);
     return false;
 }
 
-std::wstring jobTitle(const winDocument* document)
+std::wstring winEditView::jobTitle() const
 {
-    if (document && !document->title().empty())
-        return document->title();
-    winApp* app = winApp::instance();
-    return app ? app->appName() : std::wstring();
+    if (std::wstring title = host_ ? host_->documentTitle() : std::wstring(); !title.empty())
+        return title;
+    return services_ ? services_->appName() : std::wstring();
 }
-
-} // namespace
 
 void winEditView::print(bool direct)
 {
-    winApp* app = winApp::instance();
-    if (!app || !hwnd_ || !printerInstalled(*app))
+    if (!services_ || !hwnd_ || !printerInstalled())
         return;
+    winPrinter& printer = services_->printer();
     HWND owner = GetParent(hwnd_);
     size_t start = 0, end = 0;
     selection(start, end);
     winPrinter::Job job;
     if (direct)
-        job.dc = app->printer().createDC();
-    else if (app->printer().printDialog(owner, end > start, job) == winPrinter::Answer::Cancelled)
+        job.dc = printer.createDC();
+    else if (printer.printDialog(owner, end > start, job) == winPrinter::Answer::Cancelled)
         return;
     if (!job.dc) {
-        app->messageBox(winText::formatId(WIN_IDS_PRINTER_UNUSABLE, {app->printer().name()}), MB_OK | MB_ICONERROR);
+        services_->messageBox(winText::formatId(WIN_IDS_PRINTER_UNUSABLE, {printer.name()}), MB_OK | MB_ICONERROR);
         return;
     }
-    {
-        std::wstring body = text();
-        if (job.selection)
-            body = body.substr(std::min(start, body.size()), end - start);
-        winTextPrinter printable(std::move(body), [this](HDC printer) { return printerFont(printer); });
-        winPrintJob::run(job.dc, app->printer().name(), printable, jobTitle(document_), job.fromPage, job.toPage,
-                         owner);
-    }
-    // only after the printable has let go of it
-    DeleteDC(job.dc);
+    std::wstring body = text();
+    if (job.selection)
+        body = body.substr(std::min(start, body.size()), end - start);
+    // declared after the job, so it lets go of the printer before the printer goes
+    winTextPrinter printable(std::move(body), [this](HDC dc) { return printerFont(dc); });
+    winPrintJob::run(job.dc.get(), printer.name(), printable, jobTitle(), job.fromPage, job.toPage, owner, services_);
 }
 
 winPrintPreview* winEditView::preview() const
@@ -367,20 +318,19 @@ winPrintPreview* winEditView::preview() const
 
 bool winEditView::printPreview()
 {
-    winApp* app = winApp::instance();
-    winFrame* frame = app ? app->mainFrame() : nullptr;
-    if (!frame || frame->activeView() != this || preview() || !printerInstalled(*app))
+    if (!services_ || !host_ || preview() || !printerInstalled())
         return false;
-    HDC printer = app->printer().createDC();
+    winOwnedDC printer = services_->printer().createDC();
     if (!printer) {
-        app->messageBox(winText::formatId(WIN_IDS_PRINTER_UNUSABLE, {app->printer().name()}), MB_OK | MB_ICONERROR);
+        services_->messageBox(winText::formatId(WIN_IDS_PRINTER_UNUSABLE, {services_->printer().name()}),
+                              MB_OK | MB_ICONERROR);
         return false;
     }
     // Find Next would search a view nobody sees
     if (findDialog_)
         SendMessageW(findDialog_, WM_COMMAND, IDCANCEL, 0);
-    auto printable = std::make_unique<winTextPrinter>(text(), [this](HDC printerDC) { return printerFont(printerDC); });
-    preview_ = std::make_unique<winPrintPreview>(*frame, *this, std::move(printable), printer);
+    auto printable = std::make_unique<winTextPrinter>(text(), [this](HDC dc) { return printerFont(dc); });
+    preview_ = std::make_unique<winPrintPreview>(*host_, *this, *services_, std::move(printable), std::move(printer));
     if (preview_->create())
         return true;
     preview_.reset();

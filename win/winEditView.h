@@ -13,8 +13,9 @@
 #include <memory>
 #include <string>
 
-class winDocument;
 class winPrintPreview;
+class winServices;
+class winViewHost;
 
 class winEditView : public winCommandTarget
 {
@@ -28,8 +29,9 @@ public:
     // Closes the Find dialog and destroys the control if they still exist.
     ~winEditView() override;
 
-    // Creates the control as child `paneId` of `parent`, then calls OnCreate; false when either fails.
-    bool create(HWND parent);
+    // Creates the control as child `paneId` of the host's window, then calls OnCreate; false when either
+    // fails. The host is kept: the print preview takes the view's place in it.
+    bool create(winViewHost& host);
 
     // The EDIT control; null before create.
     HWND hwnd() const
@@ -37,14 +39,14 @@ public:
         return hwnd_;
     }
 
-    // The document shown; set by the template before create.
-    winDocument* document() const
+    // The application's services; set by the template before create.
+    winServices* services() const
     {
-        return document_;
+        return services_;
     }
-    void setDocument(winDocument* document)
+    void setServices(winServices* services)
     {
-        document_ = document;
+        services_ = services;
     }
 
     // The whole text in one buffer (CR-LF line ends, as the control holds it).
@@ -59,13 +61,9 @@ public:
     // The current selection [start, end).
     void selection(size_t& start, size_t& end) const;
 
-    // Edit, Find and Select All commands (Undo 57643, Cut 57635, Copy 57634, Paste 57637, Clear 57632,
-    // Select All 57642, Find 57636), Print 57607, Print Direct 57608 and Print Preview 57609.
+    // Undo, Cut, Copy, Paste, Clear, Select All, Find, Print, Print Direct and Print Preview.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
-
-    // A notification code from the control (EN_CHANGE marks the document modified).
-    virtual void OnControlNotify(unsigned code);
 
     // Opens the Find dialog (or activates it when open); false when it could not be created.
     bool openFindDialog();
@@ -104,8 +102,15 @@ protected:
     virtual void OnTextNotFound(const std::wstring& what);
 
 private:
+    static winCommandTable<winEditView> commands();
+    // Tells the user when no printer is installed; false then.
+    bool printerInstalled();
+    // The name of a print job: the title of the document shown, or the application's name.
+    std::wstring jobTitle() const;
+
     HWND hwnd_ = nullptr;
-    winDocument* document_ = nullptr;
+    winServices* services_ = nullptr;
+    winViewHost* host_ = nullptr;
     HWND findDialog_ = nullptr;
     FINDREPLACEW findRequest_ = {};
     wchar_t findBuffer_[256] = {};

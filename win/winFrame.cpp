@@ -2,15 +2,16 @@
 // close prompt and dropped files.
 #include "win/winFrame.h"
 
-#include "win/winApp.h"
-#include "win/winBarState.h"
 #include "win/winControl.h"
 #include "win/winDocument.h"
 #include "win/winEditView.h"
+#include "win/winHandles.h"
 #include "win/winRecentFiles.h"
+#include "win/winServices.h"
 #include "win/winStatusBar.h"
 #include "win/winText.h"
 #include "win/winToolBar.h"
+#include "win/winToolTip.h"
 
 namespace
 {
@@ -18,58 +19,6 @@ namespace
 bool hasResource(unsigned id, LPCWSTR type)
 {
     return FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), type) != nullptr;
-}
-
-bool shown(HWND window)
-{
-    // the style, not IsWindowVisible: a bar of a frame not yet shown counts as shown
-    return window && (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE);
-}
-
-// The lock key behind each of the framework's indicator ids (CAP, NUM, SCRL).
-int indicatorKey(unsigned id)
-{
-    switch (id) {
-    case 59137:
-        return VK_CAPITAL;
-    case 59138:
-        return VK_NUMLOCK;
-    case 59139:
-        return VK_SCROLL;
-    default:
-        return 0;
-    }
-}
-
-// Copies `text` into a tooltip request's buffer of `size` characters, cutting it between characters.
-void copyTip(const std::wstring& text, wchar_t* buffer, size_t size)
-{
-    size_t n = std::min(text.size(), size - 1);
-    if (n > 0 && n < text.size() && IS_HIGH_SURROGATE(text[n - 1]))
-        --n;
-    text.copy(buffer, n);
-    buffer[n] = L'\0';
-}
-
-void copyTip(const std::wstring& text, char* buffer, size_t size)
-{
-    int n = int(text.size()), written = 0;
-    // the longest head of the text that fits, in the program's code page
-    while (n > 0 &&
-           (written = WideCharToMultiByte(CP_ACP, 0, text.c_str(), n, buffer, int(size) - 1, nullptr, nullptr)) == 0)
-        n -= n > 1 && IS_LOW_SURROGATE(text[size_t(n) - 1]) ? 2 : 1;
-    buffer[written] = '\0';
-}
-
-// Fills a narrow or wide tooltip request with the tooltip of the command it names.
-template <typename Request> void answerTip(Request& request, const winFrame& frame)
-{
-    UINT_PTR id = request.hdr.idFrom;
-    if (request.uFlags & TTF_IDISHWND)
-        id = UINT_PTR(GetDlgCtrlID(reinterpret_cast<HWND>(id)));
-    copyTip(id ? frame.tooltipText(unsigned(id)) : std::wstring(), request.szText, std::size(request.szText));
-    request.lpszText = request.szText;
-    request.hinst = nullptr;
 }
 
 } // namespace
@@ -89,37 +38,29 @@ void winFrame::PreRegisterClass(WNDCLASSEXW& wc)
     wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
 }
 
-bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& view)
+bool winFrame::create(unsigned resourceId, winDocument& document, winEditView& view, winServices* services)
 {
     resourceId_ = resourceId;
     document_ = &document;
     view_ = &view;
+    services_ = services;
     HINSTANCE instance = GetModuleHandleW(nullptr);
-    HMENU menu = loadMenu(resourceId);
+    winMenu menu(loadMenu(resourceId));
     if (hasResource(resourceId, RT_ACCELERATOR))
         accelerators_ = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(resourceId));
-    if (!createWindow(0, appTitle_, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-                      CW_USEDEFAULT, nullptr, menu)) {
-        // a window that was never made does not own its menu
-        if (menu && !IsMenu(menu))
-            menu = nullptr;
-        if (menu)
-            DestroyMenu(menu);
-        return false;
-    }
-    return true;
+    bool created = createWindow(0, appTitle_, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
+                                CW_USEDEFAULT, CW_USEDEFAULT, nullptr, menu.get());
+    // a window that was made owns its menu, and one destroyed during creation took it along
+    if (created || !IsMenu(menu.get()))
+        menu.release();
+    return created;
 }
 
 LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case WM_CREATE:
-        messageText_ = winText::load(idleMessageId);
-        if (!OnCreate(*reinterpret_cast<CREATESTRUCTW*>(lParam)))
-            return -1;
-        loadBarState();
-        onIdleUpdate();
-        return 0;
+        return OnCreateFrame(*reinterpret_cast<CREATESTRUCTW*>(lParam)) ? 0 : -1;
     case WM_SIZE:
         OnSize();
         return 0;
@@ -154,12 +95,15 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_CLOSE:
         OnClose();
         return 0;
+    case WM_ACTIVATE:
+        OnActivate(LOWORD(wParam));
+        break;
     case WM_SETCURSOR:
         if (OnSetCursor(LOWORD(lParam)))
             return TRUE;
         break;
     case WM_QUERYENDSESSION:
-        return OnQueryEndSession() ? TRUE : FALSE;
+        return OnQueryEndSession(lParam) ? TRUE : FALSE;
     case WM_DESTROY:
         OnDestroy();
         return 0;
@@ -173,6 +117,18 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     return winWindow::HandleMessage(msg, wParam, lParam);
 }
 
+bool winFrame::OnCreateFrame(const CREATESTRUCTW& cs)
+{
+    pane_.setMessage(winText::load(AFX_IDS_IDLEMESSAGE));
+    if (!OnCreate(cs))
+        return false;
+    // the bars as the user left them, and their states from the start
+    if (services_)
+        bars_.load(services_->profileKey());
+    onIdleUpdate();
+    return true;
+}
+
 HMENU winFrame::loadMenu(unsigned resourceId)
 {
     return hasResource(resourceId, RT_MENU) ? LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resourceId))
@@ -181,76 +137,43 @@ HMENU winFrame::loadMenu(unsigned resourceId)
 
 bool winFrame::OnCreate(const CREATESTRUCTW&)
 {
-    return view_ && view_->create(hwnd());
+    return view_ && view_->create(*this);
 }
 
 void winFrame::setBars(winToolBar* toolBar, winStatusBar* statusBar)
 {
-    toolBar_ = toolBar;
-    statusBar_ = statusBar;
-    if (toolBar_)
-        toolBar_->onDocked = [this](winToolBar::Side) {
+    bars_.set(toolBar, statusBar);
+    if (toolBar)
+        toolBar->onDocked = [this](winToolBar::Side) {
             recalcLayout();
             saveBarState();
         };
-    setMessageText(messageText_);
+    pane_.setBar(statusBar);
+    setMessageText(pane_.message());
 }
 
 void winFrame::layoutBars(RECT& client)
 {
-    if (statusBar_)
-        statusBar_->place(client);
-    if (toolBar_)
-        toolBar_->place(client);
+    bars_.layout(client);
 }
 
 bool winFrame::barVisible(unsigned barId) const
 {
-    return shown(barWindow(barId));
-}
-
-HWND winFrame::barWindow(unsigned barId) const
-{
-    if (barId == toolBarId && toolBar_)
-        return toolBar_->hwnd();
-    if (barId == statusBarId && statusBar_)
-        return statusBar_->hwnd();
-    return nullptr;
+    return bars_.visible(barId);
 }
 
 void winFrame::showBar(unsigned barId, bool show)
 {
-    HWND bar = barWindow(barId);
-    if (!bar || shown(bar) == show)
+    if (!bars_.show(barId, show))
         return;
-    ShowWindow(bar, show ? SW_SHOWNA : SW_HIDE);
     recalcLayout();
     saveBarState();
 }
 
 void winFrame::saveBarState() const
 {
-    winApp* app = winApp::instance();
-    if (!app || !toolBar_ || !statusBar_)
-        return;
-    winBarState state;
-    state.toolBarVisible = barVisible(toolBarId) || toolBarHiddenForOverlay_;
-    state.toolBarSide = toolBar_->side();
-    state.statusBarVisible = barVisible(statusBarId);
-    state.save(app->profileKey());
-}
-
-void winFrame::loadBarState()
-{
-    winApp* app = winApp::instance();
-    if (!app || !toolBar_ || !statusBar_)
-        return;
-    winBarState state = winBarState::load(app->profileKey());
-    // moving flows every button again: only when the bar is kept elsewhere
-    if (toolBar_->dockingEnabled() && state.toolBarSide != toolBar_->side())
-        toolBar_->setSide(state.toolBarSide);
-    ShowWindow(toolBar_->hwnd(), state.toolBarVisible ? SW_SHOWNA : SW_HIDE);
-    ShowWindow(statusBar_->hwnd(), state.statusBarVisible ? SW_SHOWNA : SW_HIDE);
+    if (services_)
+        bars_.save(services_->profileKey());
 }
 
 std::wstring winFrame::commandString(unsigned id) const
@@ -273,83 +196,66 @@ std::wstring winFrame::tooltipText(unsigned id) const
 
 void winFrame::onIdleUpdate()
 {
-    if (toolBar_ && shown(toolBar_->hwnd()))
-        toolBar_->updateButtons([this](unsigned id, bool& enabled, bool& checked) {
+    if (winToolBar* bar = bars_.toolBar(); bar && bars_.visible(toolBarId))
+        bar->updateButtons([this](unsigned id, bool& enabled, bool& checked) {
             winCommandState state{enabled, checked};
             if (!routeUpdateCommand(id, state))
                 state = {false, false};
             enabled = state.enabled;
             checked = state.checked;
         });
-    if (statusBar_ && shown(statusBar_->hwnd()))
-        statusBar_->updateIndicators([](unsigned id) {
-            int key = indicatorKey(id);
-            return key && (GetKeyState(key) & 1);
-        });
+    if (winStatusBar* bar = bars_.statusBar(); bar && bars_.visible(statusBarId))
+        bar->updateKeyIndicators();
+}
+
+winCommandTable<winFrame> winFrame::commands()
+{
+    static const auto toggleBar = [](winFrame& frame, unsigned id) {
+        if (!(id == toolBarId && frame.overlay_))
+            frame.showBar(id, !frame.barVisible(id));
+    };
+    static const auto barState = [](winFrame& frame, unsigned id, winCommandState& state) {
+        state.enabled = !(id == toolBarId && frame.overlay_);
+        state.checked = frame.bars_.chosen(id);
+    };
+    // one pane only: the focus stays in the text (or in the preview that shows in its place)
+    static const auto focusPane = [](winFrame& frame, unsigned) { frame.OnSetFocus(); };
+    static const winCommand<winFrame> table[] = {
+        {ID_VIEW_TOOLBAR, toggleBar, barState},
+        {ID_VIEW_STATUS_BAR, toggleBar, barState},
+        {ID_NEXT_PANE, focusPane},
+        {ID_PREV_PANE, focusPane},
+    };
+    return table;
 }
 
 bool winFrame::onCommand(unsigned id)
 {
-    switch (id) {
-    case toolBarId:
-    case statusBarId:
-        if (!barWindow(id))
-            return false;
-        if (!(id == toolBarId && overlay_))
-            showBar(id, !barVisible(id));
-        return true;
-    case nextPaneCommand:
-    case prevPaneCommand:
-        // one pane only: the focus stays in the text (or in the preview that shows in its place)
-        OnSetFocus();
-        return true;
-    default:
+    // a bar the frame was not given is no command of its
+    if ((id == toolBarId || id == statusBarId) && !bars_.window(id))
         return false;
-    }
+    return winRunCommand(commands(), *this, id);
 }
 
 bool winFrame::onUpdateCommand(unsigned id, winCommandState& state)
 {
-    switch (id) {
-    case toolBarId:
-    case statusBarId:
-        if (!barWindow(id))
-            return false;
-        state.enabled = !(id == toolBarId && overlay_);
-        state.checked = barVisible(id) || (id == toolBarId && toolBarHiddenForOverlay_);
-        return true;
-    case nextPaneCommand:
-    case prevPaneCommand:
-        state.enabled = true;
-        return true;
-    default:
+    if ((id == toolBarId || id == statusBarId) && !bars_.window(id))
         return false;
-    }
+    return winUpdateCommand(commands(), *this, id, state);
 }
 
 void winFrame::showPrompt(unsigned id)
 {
-    prompting_ = true;
     std::wstring prompt;
     if (id)
         GetMessageString(id, prompt);
-    if (statusBar_)
-        statusBar_->setPaneText(0, prompt);
-}
-
-void winFrame::endPrompt()
-{
-    if (!prompting_)
-        return;
-    prompting_ = false;
-    if (statusBar_)
-        statusBar_->setPaneText(0, messageText_);
+    pane_.showPrompt(prompt);
 }
 
 void winFrame::OnMenuSelect(unsigned item, unsigned flags, HMENU menu)
 {
     if (flags == 0xFFFF && !menu) {
-        endPrompt(); // the menu closed
+        pane_.endPrompt(); // the menu closed
         return;
     }
     // popups, separators and the system menu have no prompt
@@ -366,11 +272,11 @@ bool winFrame::OnNotify(NMHDR& header, LRESULT& result)
         result = 0;
         return true;
     case TBN_HOTITEMCHANGE: {
-        if (!toolBar_ || header.hwndFrom != toolBar_->hwnd())
+        if (!bars_.toolBar() || header.hwndFrom != bars_.toolBar()->hwnd())
             return false;
         const auto& hot = reinterpret_cast<const NMTBHOTITEM&>(header);
         if (hot.dwFlags & HICF_LEAVING)
-            endPrompt();
+            pane_.endPrompt();
         else
             showPrompt(unsigned(hot.idNew));
         result = 0;
@@ -390,10 +296,7 @@ void winFrame::OnDpiChanged(UINT, const RECT& suggested)
 
 void winFrame::OnToolTipText(NMHDR& header)
 {
-    if (header.code == TTN_GETDISPINFOW)
-        answerTip(reinterpret_cast<NMTTDISPINFOW&>(header), *this);
-    else
-        answerTip(reinterpret_cast<NMTTDISPINFOA&>(header), *this);
+    winToolTip::answer(header, [this](unsigned id) { return tooltipText(id); });
 }
 
 void winFrame::recalcLayout()
@@ -413,15 +316,7 @@ void winFrame::setViewOverlay(HWND overlay, winCommandTarget* target)
     HWND view = view_ ? view_->hwnd() : nullptr;
     if (view)
         ShowWindow(view, overlay ? SW_HIDE : SW_SHOW);
-    if (HWND bar = barWindow(toolBarId)) {
-        if (overlay && shown(bar)) {
-            ShowWindow(bar, SW_HIDE);
-            toolBarHiddenForOverlay_ = true;
-        } else if (!overlay && toolBarHiddenForOverlay_) {
-            ShowWindow(bar, SW_SHOWNA);
-            toolBarHiddenForOverlay_ = false;
-        }
-    }
+    bars_.stepAside(overlay != nullptr);
     recalcLayout();
     if (overlay)
         ShowWindow(overlay, SW_SHOW);
@@ -449,6 +344,8 @@ void winFrame::OnClose()
     DestroyWindow(hwnd());
 }
 
+void winFrame::OnActivate(unsigned) {}
+
 void winFrame::setBackgroundWork(bool working)
 {
     if (backgroundWork_ == working)
@@ -472,7 +369,7 @@ bool winFrame::OnSetCursor(unsigned hitTest)
     return true;
 }
 
-bool winFrame::OnQueryEndSession()
+bool winFrame::OnQueryEndSession(LPARAM)
 {
     return !document_ || document_->saveModified();
 }
@@ -484,8 +381,8 @@ void winFrame::acceptDroppedFiles(bool accept)
 
 void winFrame::OnDestroy()
 {
-    winApp* app = winApp::instance();
-    if (app && app->mainFrame() == this)
+    // the frame the application's template made is the main one: the program ends with it
+    if (services_)
         PostQuitMessage(0);
 }
 
@@ -505,24 +402,30 @@ void winFrame::updateTitle()
     SetWindowTextW(hwnd(), caption.c_str());
 }
 
+std::wstring winFrame::documentTitle() const
+{
+    return document_ ? document_->title() : std::wstring();
+}
+
 std::wstring winFrame::messageText() const
 {
-    return messageText_;
+    return pane_.message();
 }
 
 void winFrame::setMessageText(const std::wstring& text)
 {
-    messageText_ = text;
-    if (statusBar_ && !prompting_)
-        statusBar_->setPaneText(0, text);
+    pane_.setMessage(text);
 }
 
 void winFrame::replaceMenu(HMENU menu)
 {
-    HMENU old = GetMenu(hwnd());
-    SetMenu(hwnd(), menu);
-    if (old && old != menu)
-        DestroyMenu(old);
+    {
+        winMenu old(GetMenu(hwnd()));
+        SetMenu(hwnd(), menu);
+        // the same menu given again stays
+        if (old.get() == menu)
+            old.release();
+    }
     DrawMenuBar(hwnd());
 }
 
@@ -536,8 +439,7 @@ bool winFrame::routeCommand(unsigned id)
         return true;
     if (document_ && document_->onCommand(id))
         return true;
-    winApp* app = winApp::instance();
-    return app && app->onCommand(id);
+    return services_ && services_->onCommand(id);
 }
 
 bool winFrame::routeUpdateCommand(unsigned id, winCommandState& state)
@@ -549,15 +451,14 @@ bool winFrame::routeUpdateCommand(unsigned id, winCommandState& state)
         return true;
     if (document_ && document_->onUpdateCommand(id, state))
         return true;
-    winApp* app = winApp::instance();
-    return app && app->onUpdateCommand(id, state);
+    return services_ && services_->onUpdateCommand(id, state);
 }
 
 bool winFrame::OnCommand(unsigned id, unsigned code, HWND control)
 {
     if (control && view_ && control == view_->hwnd()) {
         // a notification from the text, not a command
-        view_->OnControlNotify(code);
+        OnViewNotify(code);
         return true;
     }
     // a menu item, an accelerator, or a button of a bar (BN_CLICKED)
@@ -566,11 +467,16 @@ bool winFrame::OnCommand(unsigned id, unsigned code, HWND control)
     return routeCommand(id);
 }
 
+void winFrame::OnViewNotify(unsigned code)
+{
+    if (code == EN_CHANGE && document_)
+        document_->onTextChanged();
+}
+
 void winFrame::OnInitMenuPopup(HMENU popup)
 {
-    winApp* app = winApp::instance();
-    if (app && app->recentFiles())
-        app->recentFiles()->updateMenu(popup);
+    if (services_ && services_->recentFiles())
+        services_->recentFiles()->updateMenu(popup);
     int count = GetMenuItemCount(popup);
     for (int i = 0; i < count; ++i) {
         UINT id = GetMenuItemID(popup, i);
@@ -587,21 +493,23 @@ void winFrame::OnInitMenuPopup(HMENU popup)
 
 void winFrame::openDroppedFiles(HDROP drop)
 {
-    UINT length = DragQueryFileW(drop, 0, nullptr, 0);
     std::wstring path;
-    if (length != 0 && length != UINT(-1)) {
-        path.assign(length + 1, L'\0');
-        path.resize(DragQueryFileW(drop, 0, path.data(), length + 1));
+    {
+        winDrop owned(drop);
+        UINT length = DragQueryFileW(drop, 0, nullptr, 0);
+        if (length != 0 && length != UINT(-1)) {
+            path.assign(length + 1, L'\0');
+            path.resize(DragQueryFileW(drop, 0, path.data(), length + 1));
+        }
     }
-    DragFinish(drop);
     if (path.empty())
         return;
     // the overlay shows the document that is about to be replaced
     if (overlay_)
         SendMessageW(overlay_, WM_CLOSE, 0, 0);
     SetForegroundWindow(hwnd());
-    if (winApp* app = winApp::instance())
-        app->openDocumentFile(path);
+    if (services_)
+        services_->openDocumentFile(path);
 }
 
 void winFrame::OnDropFiles(HDROP drop)

@@ -10,6 +10,10 @@
 #pragma once
 
 #include "win/winCommandTarget.h"
+#include "win/winFrameBars.h"
+#include "win/winIds.h"
+#include "win/winMessagePane.h"
+#include "win/winViewHost.h"
 #include "win/winWindow.h"
 
 #include <commctrl.h>
@@ -19,32 +23,35 @@
 
 class winDocument;
 class winEditView;
+class winServices;
 class winStatusBar;
 class winToolBar;
 
-class winFrame : public winWindow, public winCommandTarget
+class winFrame : public winWindow, public winCommandTarget, public winViewHost
 {
 public:
-    // The placeholder id of the recent-file list in the File menu.
-    static constexpr unsigned recentFileFirst = 57616;
-    static constexpr unsigned recentFileLast = 57631;
     // The bars' control ids, which are also the View menu's commands that show and hide them.
-    static constexpr unsigned toolBarId = 59392;
-    static constexpr unsigned statusBarId = 59393;
-    static constexpr unsigned nextPaneCommand = 59440;
-    static constexpr unsigned prevPaneCommand = 59441;
-    // The message pane's text while nothing else is shown ("Ready").
-    static constexpr unsigned idleMessageId = 57345;
+    static constexpr unsigned toolBarId = ID_VIEW_TOOLBAR;
+    static constexpr unsigned statusBarId = ID_VIEW_STATUS_BAR;
 
     winFrame() = default;
 
     // Creates the (hidden) frame with menu and accelerator table `resourceId` when they exist, and the
-    // view in it; false when the window or the view could not be made.
-    bool create(unsigned resourceId, winDocument& document, winEditView& view);
+    // view in it; false when the window or the view could not be made. The application's commands come
+    // last in the routing, through `services`, which also keep the bars' state and open dropped files.
+    bool create(unsigned resourceId, winDocument& document, winEditView& view, winServices* services);
 
     winDocument* document() const
     {
         return document_;
+    }
+    winServices* services() const
+    {
+        return services_;
+    }
+    HWND hostWindow() const override
+    {
+        return hwnd();
     }
     winEditView* activeView() const
     {
@@ -66,8 +73,8 @@ public:
         return appTitle_;
     }
     void setAppTitle(const std::wstring& title);
-    // Recomputes the caption from the document's title.
-    virtual void updateTitle();
+    void updateTitle() override;
+    std::wstring documentTitle() const override;
 
     // Attaches `menu` to the window, destroying the menu it had; the window owns `menu` from now on.
     void replaceMenu(HMENU menu);
@@ -79,12 +86,12 @@ public:
 
     // The text of the status bar's message pane ("Ready" at first); kept (and returned) by a frame without
     // a status bar too. A prompt shown while a menu item or a button is under the pointer does not change it.
-    virtual std::wstring messageText() const;
-    virtual void setMessageText(const std::wstring& text);
+    std::wstring messageText() const override;
+    void setMessageText(const std::wstring& text) override;
 
     // While background work goes on (text still arriving), the pointer over the window is the arrow with
     // the busy sign, which says that the window still takes input.
-    void setBackgroundWork(bool working);
+    void setBackgroundWork(bool working) override;
     bool backgroundWork() const
     {
         return backgroundWork_;
@@ -93,11 +100,11 @@ public:
     // The bars; null when the frame has none.
     winToolBar* toolBar() const
     {
-        return toolBar_;
+        return bars_.toolBar();
     }
     winStatusBar* statusBar() const
     {
-        return statusBar_;
+        return bars_.statusBar();
     }
     // Shows or hides the bar of `barId` (toolBarId, statusBarId), lays the frame out and keeps the choice.
     void showBar(unsigned barId, bool show);
@@ -114,7 +121,7 @@ public:
 
     // Brings the toolbar's button states and the key indicators up to date; the application calls it
     // whenever it falls idle.
-    virtual void onIdleUpdate();
+    void onIdleUpdate() override;
 
     // Toolbar and Status Bar (View menu), next and previous pane.
     bool onCommand(unsigned id) override;
@@ -126,7 +133,7 @@ public:
     // Shows `overlay` (print preview) in the view's place, the view hidden, and routes the view's share of
     // the commands to `target` instead; null gives the view back, with the focus. Not owned; it is sent
     // WM_CLOSE when a dropped file replaces the document.
-    void setViewOverlay(HWND overlay, winCommandTarget* target);
+    void setViewOverlay(HWND overlay, winCommandTarget* target) override;
     HWND viewOverlay() const
     {
         return overlay_;
@@ -157,13 +164,18 @@ protected:
     virtual void layoutBars(RECT& client);
     // Asks the document to save if modified, then destroys the window.
     virtual void OnClose();
-    // Windows is ending the session: true lets it, after the save prompt.
-    virtual bool OnQueryEndSession();
+    // Windows is ending the session (`flags` as WM_QUERYENDSESSION's lParam): true lets it, after the save
+    // prompt.
+    virtual bool OnQueryEndSession(LPARAM flags);
     virtual void OnDestroy();
+    // The window is activated or deactivated (`state` as WM_ACTIVATE's low word).
+    virtual void OnActivate(unsigned state);
     virtual void OnSize();
     virtual void OnSetFocus();
     // A command or a control notification; true when handled.
     virtual bool OnCommand(unsigned id, unsigned code, HWND control);
+    // A notification code from the view's control (EN_CHANGE marks the document modified).
+    virtual void OnViewNotify(unsigned code);
     // Sets the enabled/checked states of a popup's items and fills the recent-file list.
     virtual void OnInitMenuPopup(HMENU popup);
     virtual void OnDropFiles(HDROP drop);
@@ -179,26 +191,22 @@ protected:
     virtual void OnDpiChanged(UINT dpi, const RECT& suggested);
 
 private:
-    // Shows the prompt of `id` (0: an empty prompt) in the message pane until endPrompt.
+    static winCommandTable<winFrame> commands();
+    // WM_CREATE: the idle message, the subclass's OnCreate, then the saved bar state.
+    bool OnCreateFrame(const CREATESTRUCTW& cs);
+    // Shows the prompt of `id` (0: an empty prompt) in the message pane until the pane's endPrompt.
     void showPrompt(unsigned id);
-    void endPrompt();
-    // The window of bar `barId`; null when the frame has no such bar.
-    HWND barWindow(unsigned barId) const;
     void saveBarState() const;
-    void loadBarState();
 
     winDocument* document_ = nullptr;
     winEditView* view_ = nullptr;
+    winServices* services_ = nullptr;
     HACCEL accelerators_ = nullptr;
     unsigned resourceId_ = 0;
     std::wstring appTitle_;
-    std::wstring messageText_;
-    winToolBar* toolBar_ = nullptr;
-    winStatusBar* statusBar_ = nullptr;
-    bool prompting_ = false;
+    winMessagePane pane_;
+    winFrameBars bars_;
     HWND overlay_ = nullptr;
     winCommandTarget* overlayTarget_ = nullptr;
-    // the toolbar the user chose to see, stepped aside while an overlay brings its own bar
-    bool toolBarHiddenForOverlay_ = false;
     bool backgroundWork_ = false;
 };

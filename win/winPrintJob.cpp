@@ -5,12 +5,12 @@
 // time: the abort procedure has no parameter to find it by, hence the one pointer below.
 #include "win/winPrintJob.h"
 
-#include "win/winApp.h"
+#include "win/winHandles.h"
+#include "win/winIds.h"
 #include "win/winPrintable.h"
+#include "win/winServices.h"
 #include "win/winText.h"
 #include "win/winWindow.h"
-
-#include "resourceIds.h"
 
 #include <algorithm>
 
@@ -20,11 +20,6 @@ namespace
 class Progress : public winWindow
 {
 public:
-    ~Progress() override
-    {
-        if (font_)
-            DeleteObject(font_);
-    }
     bool cancelled() const
     {
         return cancelled_;
@@ -48,25 +43,31 @@ protected:
     LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
         if ((msg == WM_COMMAND && LOWORD(wParam) == IDCANCEL) || msg == WM_CLOSE) {
-            cancelled_ = true;
-            EnableWindow(GetDlgItem(hwnd(), IDCANCEL), FALSE);
+            OnCancel();
             return 0;
         }
         return winWindow::HandleMessage(msg, wParam, lParam);
     }
 
 private:
+    // Cancel or the close box: the job stops before its next page; asking twice changes nothing.
+    void OnCancel()
+    {
+        cancelled_ = true;
+        EnableWindow(GetDlgItem(hwnd(), IDCANCEL), FALSE);
+    }
+
     HWND child(const wchar_t* cls, const std::wstring& text, DWORD style, int id, int x, int y, int w, int h)
     {
         HWND control =
             CreateWindowExW(0, cls, text.c_str(), WS_CHILD | WS_VISIBLE | style, x, y, w, h, hwnd(),
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
         return control;
     }
 
     bool cancelled_ = false;
-    HFONT font_ = nullptr;
+    winFont font_;
     HWND page_ = nullptr;
 };
 
@@ -75,7 +76,7 @@ bool Progress::create(HWND owner, const std::wstring& title, const std::wstring&
     NONCLIENTMETRICSW metrics = {};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    font_ = CreateFontIndirectW(&metrics.lfMessageFont);
+    font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
     int unit = std::max(
         int(metrics.lfMessageFont.lfHeight < 0 ? -metrics.lfMessageFont.lfHeight : metrics.lfMessageFont.lfHeight), 12);
     int line = unit * 3 / 2, width = unit * 26, button = unit * 7;
@@ -136,13 +137,13 @@ HWND winPrintJob::progressWindow()
 }
 
 winPrintJob::Result winPrintJob::run(HDC printer, const std::wstring& printerName, winPrintable& printable,
-                                     const std::wstring& title, unsigned fromPage, unsigned toPage, HWND owner)
+                                     const std::wstring& title, unsigned fromPage, unsigned toPage, HWND owner,
+                                     winServices* services)
 {
-    winApp* app = winApp::instance();
     auto tell = [&](unsigned id, std::initializer_list<std::wstring> args) {
         std::wstring text = winText::formatId(id, args);
-        if (app)
-            app->messageBox(text, MB_OK | MB_ICONERROR, owner);
+        if (services)
+            services->messageBox(text, MB_OK | MB_ICONERROR, owner);
         else
             MessageBoxW(owner, text.c_str(), nullptr, MB_OK | MB_ICONERROR);
     };

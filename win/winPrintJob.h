@@ -9,6 +9,7 @@
 #include <string>
 
 class winPrintable;
+class winServices;
 
 class winPrintJob
 {
@@ -16,9 +17,10 @@ public:
     enum class Result { Printed, Cancelled, Failed, NothingToPrint };
 
     // Prints pages [fromPage, toPage] (1-based, cut to the pages there are) of `printable` on `printer`,
-    // named `title` in the printer's queue. `owner` is disabled while the job runs.
+    // named `title` in the printer's queue. `owner` is disabled while the job runs. A failure is told
+    // through `services` (the system's message box without them).
     static Result run(HDC printer, const std::wstring& printerName, winPrintable& printable, const std::wstring& title,
-                      unsigned fromPage, unsigned toPage, HWND owner);
+                      unsigned fromPage, unsigned toPage, HWND owner, winServices* services);
 
     // The progress window of the running job; null when none runs.
     static HWND progressWindow();

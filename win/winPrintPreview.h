@@ -6,16 +6,19 @@
 #pragma once
 
 #include "win/winCommandTarget.h"
+#include "win/winHandles.h"
+#include "win/winPreviewPages.h"
 #include "win/winWindow.h"
 
 #include <cstddef>
 #include <memory>
 #include <string>
 
-class winFrame;
 class winPrintable;
+class winServices;
+class winViewHost;
 
-class winPrintPreview : public winWindow, public winCommandTarget
+class winPrintPreview : public winWindow, public winCommandTarget, private winPreviewPages::Owner
 {
 public:
     // The bar's controls.
@@ -31,9 +34,10 @@ public:
     };
     static constexpr int maxZoom = 2;
 
-    // The preview of `printable` on `printer` (owned from now on, deleted with the preview), standing in
-    // for `view` in `frame`.
-    winPrintPreview(winFrame& frame, winCommandTarget& view, std::unique_ptr<winPrintable> printable, HDC printer);
+    // The preview of `printable` on `printer` (owned from now on), standing in for `view` in `frame`;
+    // Print Setup goes through `services`.
+    winPrintPreview(winViewHost& frame, winCommandTarget& view, winServices& services,
+                    std::unique_ptr<winPrintable> printable, winOwnedDC printer);
     ~winPrintPreview() override;
 
     // Lays the pages out and shows the preview in the view's place; false when it could not be made.
@@ -44,7 +48,7 @@ public:
 
     // The first page shown (0-based), the page count, whether two pages show side by side, the zoom
     // (0 is whole pages; each step doubles).
-    std::size_t page() const
+    std::size_t page() const override
     {
         return page_;
     }
@@ -56,12 +60,12 @@ public:
     {
         return twoPages_;
     }
-    int zoom() const
+    int zoom() const override
     {
         return zoom_;
     }
     // Pages shown now: two only at zoom 0, and never past the last.
-    std::size_t pagesShown() const;
+    std::size_t pagesShown() const override;
 
     // Shows `first` (clamped to the pages there are) and what follows it.
     void showPage(std::size_t first);
@@ -77,23 +81,33 @@ protected:
     LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
 private:
-    class Pages;
-    friend class Pages;
+    static winCommandTable<winPrintPreview> commands();
 
+    HDC printerDC() const override
+    {
+        return printer_.get();
+    }
+    winPrintable* printable() const override
+    {
+        return printable_.get();
+    }
+    void OnPagesKey(UINT key) override;
     void OnSize();
     void OnButton(int id);
     // Alt+letter: the bar's button whose text underlines that letter; true when one was pressed.
-    bool pressMnemonic(wchar_t letter);
+    bool pressMnemonic(wchar_t letter) override;
     void createBar();
     void updateControls();
-    bool relayout(HDC printer);
+    bool relayout(winOwnedDC printer);
 
-    winFrame& frame_;
+    winViewHost& frame_;
     winCommandTarget& view_;
+    winServices& services_;
+    // the printable lets go of the printer before the printer goes: declared after it
+    winOwnedDC printer_;
     std::unique_ptr<winPrintable> printable_;
-    HDC printer_;
-    std::unique_ptr<Pages> pages_;
-    HFONT barFont_ = nullptr;
+    winPreviewPages pages_{*this};
+    winFont barFont_;
     int barHeight_ = 0;
     std::size_t page_ = 0;
     std::size_t pageCount_ = 1;

@@ -97,7 +97,7 @@ winPrinter::Answer winPrinter::printDialog(HWND owner, bool canSelect, Job& job)
     Answer answer = run(dialog);
     if (answer != Answer::Ok)
         return answer;
-    job.dc = dialog.hDC;
+    job.dc.reset(dialog.hDC);
     job.selection = (dialog.Flags & PD_SELECTION) != 0;
     job.fromPage = 1;
     job.toPage = 0xFFFF;
@@ -108,7 +108,7 @@ winPrinter::Answer winPrinter::printDialog(HWND owner, bool canSelect, Job& job)
     return job.dc ? Answer::Ok : Answer::Failed;
 }
 
-HDC winPrinter::createDC()
+winOwnedDC winPrinter::createDC()
 {
     if (!loadDefault())
         return nullptr;
@@ -117,7 +117,7 @@ HDC winPrinter::createDC()
     const wchar_t* device = devName(names.get(), &DEVNAMES::wDeviceOffset);
     if (!device)
         return nullptr;
-    return CreateDCW(devName(names.get(), &DEVNAMES::wDriverOffset), device, nullptr, mode.get());
+    return winOwnedDC(CreateDCW(devName(names.get(), &DEVNAMES::wDriverOffset), device, nullptr, mode.get()));
 }
 
 std::wstring winPrinter::name()

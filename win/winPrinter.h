@@ -3,6 +3,8 @@
 // global blocks that describe it.
 #pragma once
 
+#include "win/winHandles.h"
+
 #include <windows.h>
 
 #include <commdlg.h>
@@ -14,7 +16,7 @@ class winPrinter
 public:
     // What the Print dialog answered.
     struct Job {
-        HDC dc = nullptr; // the caller deletes it
+        winOwnedDC dc;
         bool selection = false;
         unsigned fromPage = 1, toPage = 0xFFFF; // 1-based, inclusive
     };
@@ -33,7 +35,7 @@ public:
     // The Print dialog: printer, copies, and all pages, a page range or (when `canSelect`) the selection.
     Answer printDialog(HWND owner, bool canSelect, Job& job);
     // A device context for the session's printer; null when there is none or it cannot be opened.
-    HDC createDC();
+    winOwnedDC createDC();
     // The session's printer's name; empty when there is none.
     std::wstring name();
 

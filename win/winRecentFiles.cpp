@@ -1,21 +1,13 @@
 // The recent-file list, its registry values and its menu items.
 #include "win/winRecentFiles.h"
 
-#include <memory>
+#include "win/winHandles.h"
 
 namespace
 {
 
 const wchar_t sectionName[] = L"Recent File List";
 const size_t maxMenuPath = 64;
-
-struct KeyCloser {
-    void operator()(HKEY key) const
-    {
-        RegCloseKey(key);
-    }
-};
-using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
 
 std::wstring valueName(size_t index)
 {
@@ -56,7 +48,7 @@ void winRecentFiles::load()
     HKEY raw = nullptr;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, registryKey().c_str(), 0, KEY_READ, &raw) != ERROR_SUCCESS)
         return;
-    Key key(raw);
+    winRegKey key(raw);
     for (size_t i = 0; i < capacity_; ++i) {
         wchar_t buffer[4096];
         DWORD bytes = sizeof buffer - sizeof(wchar_t);
@@ -81,7 +73,7 @@ bool winRecentFiles::save() const
     if (RegCreateKeyExW(HKEY_CURRENT_USER, registryKey().c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &raw, nullptr) !=
         ERROR_SUCCESS)
         return false;
-    Key key(raw);
+    winRegKey key(raw);
     bool ok = true;
     for (size_t i = 0; i < capacity_; ++i) {
         std::wstring name = valueName(i);

@@ -1,7 +1,9 @@
 // The recent-file list: newest first, no duplicates (names compared without case), at most `capacity`
 // entries, kept under HKEY_CURRENT_USER\<key>\Recent File List as File1..FileN and shown in the File
-// menu in place of the "Recent File" placeholder (ids 57616 and up).
+// menu in place of the "Recent File" placeholder (ids ID_FILE_MRU_FILE1 and up).
 #pragma once
+
+#include "win/winIds.h"
 
 #include <windows.h>
 
@@ -11,7 +13,7 @@
 class winRecentFiles
 {
 public:
-    static constexpr unsigned firstId = 57616;
+    static constexpr unsigned firstId = ID_FILE_MRU_FILE1;
 
     // `key` is the application's key below HKEY_CURRENT_USER, e.g. "Software\\Tarvik\\Quillon".
     winRecentFiles(std::wstring key, size_t capacity = 4);

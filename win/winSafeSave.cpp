@@ -2,6 +2,8 @@
 // file whole.
 #include "win/winSafeSave.h"
 
+#include "win/winHandles.h"
+
 #include <algorithm>
 #include <cwchar>
 #include <memory>
@@ -14,14 +16,7 @@ winSafeSave::TestHook testHook = nullptr;
 const std::wstring extendedPrefix = L"\\\\?\\";
 const std::wstring extendedUncPrefix = L"\\\\?\\UNC\\";
 
-struct HandleCloser {
-    void operator()(HANDLE h) const
-    {
-        if (h && h != INVALID_HANDLE_VALUE)
-            CloseHandle(h);
-    }
-};
-using FileHandle = std::unique_ptr<void, HandleCloser>;
+using FileHandle = winHandle;
 
 winSaveResult failure(winSaveResult::Step step, DWORD error)
 {

@@ -2,6 +2,9 @@
 // follow the language and the display's scale.
 #include "win/winStatusBar.h"
 
+#include "win/winDpi.h"
+#include "win/winHandles.h"
+#include "win/winIds.h"
 #include "win/winText.h"
 
 #include <commctrl.h>
@@ -49,6 +52,17 @@ void winStatusBar::updateIndicators(const std::function<bool(unsigned)>& on)
         setPaneText(int(i) + 1, on(ids_[i]) ? texts_[i] : std::wstring());
 }
 
+void winStatusBar::updateKeyIndicators()
+{
+    updateIndicators([](unsigned id) {
+        int key = id == ID_INDICATOR_CAPS   ? VK_CAPITAL
+                  : id == ID_INDICATOR_NUM  ? VK_NUMLOCK
+                  : id == ID_INDICATOR_SCRL ? VK_SCROLL
+                                            : 0;
+        return key && (GetKeyState(key) & 1);
+    });
+}
+
 void winStatusBar::place(RECT& client)
 {
     if (!hwnd() || !(GetWindowLongW(hwnd(), GWL_STYLE) & WS_VISIBLE))
@@ -66,23 +80,23 @@ void winStatusBar::layoutPanes()
     HWND bar = hwnd();
     RECT client = {};
     GetClientRect(bar, &client);
-    HDC dc = GetDC(bar);
-    HGDIOBJ old = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(bar, WM_GETFONT, 0, 0)));
     std::vector<int> widths;
     int borders[3] = {};
     SendMessageW(bar, SB_GETBORDERS, 0, reinterpret_cast<LPARAM>(borders));
-    UINT dpi = GetDpiForWindow(bar);
-    int padding = MulDiv(12, dpi ? int(dpi) : 96, 96) + 2 * borders[2];
-    for (const std::wstring& text : texts_) {
-        SIZE extent = {};
-        GetTextExtentPoint32W(dc, text.c_str(), int(text.size()), &extent);
-        widths.push_back(extent.cx + padding);
+    UINT dpi = winDpi::of(bar);
+    int padding = winDpi::scale(12, dpi) + 2 * borders[2];
+    {
+        winWindowDC dc(bar);
+        winSelection font(dc.get(), reinterpret_cast<HFONT>(SendMessageW(bar, WM_GETFONT, 0, 0)));
+        for (const std::wstring& text : texts_) {
+            SIZE extent = {};
+            GetTextExtentPoint32W(dc.get(), text.c_str(), int(text.size()), &extent);
+            widths.push_back(extent.cx + padding);
+        }
     }
-    SelectObject(dc, old);
-    ReleaseDC(bar, dc);
     // right edges from the right: the last pane reaches the edge and also holds the size grip
     std::vector<int> rights(widths.size() + 1, -1);
-    int right = client.right - GetSystemMetricsForDpi(SM_CXVSCROLL, dpi ? dpi : 96);
+    int right = client.right - GetSystemMetricsForDpi(SM_CXVSCROLL, dpi);
     for (size_t i = widths.size(); i-- > 0;) {
         right -= widths[i];
         rights[i] = std::max(0, right);

@@ -28,6 +28,8 @@ public:
 
     // Shows each indicator's text while `on(id)` is true, and an empty pane otherwise.
     void updateIndicators(const std::function<bool(unsigned)>& on);
+    // The same for the lock keys' indicators (ID_INDICATOR_CAPS, _NUM, _SCRL): on while the key is.
+    void updateKeyIndicators();
 
     // Takes the bar's height off the bottom of `client` and lays out the panes; nothing when hidden.
     void place(RECT& client);

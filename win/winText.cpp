@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <climits>
 
 namespace
@@ -62,6 +63,16 @@ std::wstring winText::format(const std::wstring& pattern, std::initializer_list<
 std::wstring winText::formatId(unsigned id, std::initializer_list<std::wstring> args)
 {
     return format(load(id), args);
+}
+
+std::wstring winText::windowText(HWND window)
+{
+    int length = window ? GetWindowTextLengthW(window) : 0;
+    if (length <= 0)
+        return {};
+    std::wstring text(size_t(length) + 1, L'\0');
+    text.resize(size_t(std::max(GetWindowTextW(window, text.data(), length + 1), 0)));
+    return text;
 }
 
 std::wstring winText::fromUtf8(const std::string& text)

@@ -2,6 +2,8 @@
 // placeholders filled without any printf-style interpretation, and UTF-8/UTF-16 conversion at the boundary.
 #pragma once
 
+#include <windows.h>
+
 #include <initializer_list>
 #include <string>
 
@@ -28,6 +30,9 @@ public:
 
     // Loads, translates and formats string-table entry `id`.
     static std::wstring formatId(unsigned id, std::initializer_list<std::wstring> args);
+
+    // The text of `window`; empty for a null window.
+    static std::wstring windowText(HWND window);
 
     // UTF-8 <-> UTF-16; invalid UTF-8 becomes U+FFFD; a text too big for the system's int counts gives
     // an empty result.

@@ -2,9 +2,9 @@
 // measurement, at layout time or when a page is drawn, comes from the same font on the same device.
 #include "win/winTextPrinter.h"
 
+#include "win/winHandles.h"
+#include "win/winIds.h"
 #include "win/winText.h"
-
-#include "resourceIds.h"
 
 #include <algorithm>
 #include <vector>
@@ -45,23 +45,16 @@ void winTextPrinter::release()
 {
     layout_.reset();
     measure_.reset();
-    if (printer_ && printerOldFont_)
-        SelectObject(printer_, printerOldFont_);
-    if (font_)
-        DeleteObject(font_);
-    printer_ = nullptr;
-    printerOldFont_ = nullptr;
-    font_ = nullptr;
+    selected_.reset();
+    font_.reset();
 }
 
 std::size_t winTextPrinter::beginPrinting(HDC printer)
 {
     release();
-    printer_ = printer;
     LOGFONTW logFont = fontFor_(printer);
-    font_ = CreateFontIndirectW(&logFont);
-    if (font_)
-        printerOldFont_ = SelectObject(printer, font_);
+    font_.reset(CreateFontIndirectW(&logFont));
+    selected_.emplace(printer, font_.get());
     TEXTMETRICW metrics = {};
     GetTextMetricsW(printer, &metrics);
     lineHeight_ = std::max(int(metrics.tmHeight + metrics.tmExternalLeading), 1);
@@ -108,7 +101,7 @@ void winTextPrinter::printPage(HDC target, std::size_t page)
 {
     if (!layout_)
         return;
-    HGDIOBJ oldFont = font_ ? SelectObject(target, font_) : nullptr;
+    winSelection font(target, font_.get());
     SetBkMode(target, TRANSPARENT);
     SetTextColor(target, RGB(0, 0, 0));
     SetTextAlign(target, TA_LEFT | TA_TOP | TA_NOUPDATECP);
@@ -121,6 +114,4 @@ void winTextPrinter::printPage(HDC target, std::size_t page)
     for (wchar_t c : footer)
         width += measure_->advance(reinterpret_cast<const char16_t*>(&c), 1);
     drawRun(target, frame_.left + (frame_.width - width) / 2, frame_.footerTop, footer.data(), footer.size());
-    if (oldFont)
-        SelectObject(target, oldFont);
 }

@@ -4,10 +4,12 @@
 #pragma once
 
 #include "foundation/utPageLayout.h"
+#include "win/winHandles.h"
 #include "win/winPrintable.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 class winTextPrinter : public winPrintable
@@ -44,9 +46,9 @@ private:
 
     std::wstring text_;
     FontFor fontFor_;
-    HDC printer_ = nullptr;
-    HFONT font_ = nullptr;
-    HGDIOBJ printerOldFont_ = nullptr;
+    // the printing font, selected in the printer from beginPrinting until the next or the end
+    winFont font_;
+    std::optional<winSelection> selected_;
     std::unique_ptr<Measure> measure_;
     std::unique_ptr<utPageLayout> layout_;
     utPageFrame frame_;

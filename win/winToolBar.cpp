@@ -2,6 +2,9 @@
 // hit testing of buttons stay untouched; dragging it moves the bar live to the frame's nearest side.
 #include "win/winToolBar.h"
 
+#include "win/winDpi.h"
+#include "win/winHandles.h"
+
 namespace
 {
 
@@ -83,8 +86,7 @@ void winToolBar::setSide(Side side)
 
 int winToolBar::scaled(int pixels) const
 {
-    UINT dpi = hwnd() ? GetDpiForWindow(hwnd()) : 0;
-    return MulDiv(pixels, dpi ? int(dpi) : 96, 96);
+    return winDpi::scale(pixels, winDpi::of(hwnd()));
 }
 
 RECT winToolBar::nonClientMargins() const
@@ -162,40 +164,25 @@ LRESULT winToolBar::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         defaultProc(msg, wParam, lParam);
         OnNcPaint();
         return 0;
-    case WM_NCHITTEST: {
-        POINT p = {short(LOWORD(lParam)), short(HIWORD(lParam))};
-        RECT window = {}, grip = gripperRect();
-        GetWindowRect(hwnd(), &window);
-        if (docking_ && PtInRect(&grip, POINT{p.x - window.left, p.y - window.top}))
+    case WM_NCHITTEST:
+        if (OnNcHitTest(POINT{short(LOWORD(lParam)), short(HIWORD(lParam))}))
             return gripperHit;
-        return defaultProc(msg, wParam, lParam);
-    }
+        break;
     case WM_SETCURSOR:
-        if (docking_ && LOWORD(lParam) == gripperHit) {
-            SetCursor(LoadCursorW(nullptr, IDC_SIZEALL));
+        if (OnSetCursor(LOWORD(lParam)))
             return TRUE;
-        }
         break;
     case WM_NCLBUTTONDOWN:
-        if (docking_ && wParam == WPARAM(gripperHit)) {
-            dragging_ = true;
-            SetCapture(hwnd());
+        if (OnNcLButtonDown(unsigned(wParam)))
             return 0;
-        }
         break;
     case WM_MOUSEMOVE:
-        if (dragging_) {
-            POINT p = {short(LOWORD(lParam)), short(HIWORD(lParam))};
-            ClientToScreen(hwnd(), &p);
-            drag(p);
+        if (OnMouseMove(POINT{short(LOWORD(lParam)), short(HIWORD(lParam))}))
             return 0;
-        }
         break;
     case WM_LBUTTONUP:
-        if (dragging_) {
-            ReleaseCapture();
+        if (OnLButtonUp())
             return 0;
-        }
         break;
     case WM_CAPTURECHANGED:
         dragging_ = false;
@@ -204,6 +191,48 @@ LRESULT winToolBar::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         break;
     }
     return defaultProc(msg, wParam, lParam);
+}
+
+bool winToolBar::OnNcHitTest(POINT screen) const
+{
+    RECT window = {}, grip = gripperRect();
+    GetWindowRect(hwnd(), &window);
+    return docking_ && PtInRect(&grip, POINT{screen.x - window.left, screen.y - window.top});
+}
+
+bool winToolBar::OnSetCursor(unsigned hit)
+{
+    if (!docking_ || hit != gripperHit)
+        return false;
+    SetCursor(LoadCursorW(nullptr, IDC_SIZEALL));
+    return true;
+}
+
+bool winToolBar::OnNcLButtonDown(unsigned hit)
+{
+    // the gripper starts a drag that follows the pointer to the nearest side of the frame
+    if (!docking_ || hit != gripperHit)
+        return false;
+    dragging_ = true;
+    SetCapture(hwnd());
+    return true;
+}
+
+bool winToolBar::OnMouseMove(POINT client)
+{
+    if (!dragging_)
+        return false;
+    ClientToScreen(hwnd(), &client);
+    drag(client);
+    return true;
+}
+
+bool winToolBar::OnLButtonUp()
+{
+    if (!dragging_)
+        return false;
+    ReleaseCapture();
+    return true;
 }
 
 void winToolBar::OnNcCalcSize(RECT& rect)
@@ -217,7 +246,8 @@ void winToolBar::OnNcCalcSize(RECT& rect)
 
 void winToolBar::OnNcPaint()
 {
-    HDC dc = GetWindowDC(hwnd());
+    winWindowDC windowDC(hwnd(), true);
+    HDC dc = windowDC.get();
     if (!dc)
         return;
     RECT window = {}, client = {};
@@ -242,7 +272,6 @@ void winToolBar::OnNcPaint()
             FillRect(dc, &dark, GetSysColorBrush(COLOR_BTNSHADOW));
         }
     }
-    ReleaseDC(hwnd(), dc);
 }
 
 void winToolBar::drag(POINT screen)

@@ -64,6 +64,13 @@ private:
     RECT nonClientMargins() const;
     // The gripper in window coordinates.
     RECT gripperRect() const;
+    // True when `screen` is on the gripper of a dockable bar.
+    bool OnNcHitTest(POINT screen) const;
+    // The gripper's cursor, a drag started on it, followed and ended; each true when it was the gripper's.
+    bool OnSetCursor(unsigned hit);
+    bool OnNcLButtonDown(unsigned hit);
+    bool OnMouseMove(POINT client);
+    bool OnLButtonUp();
     void OnNcCalcSize(RECT& rect);
     void OnNcPaint();
     void drag(POINT screen);

@@ -172,7 +172,7 @@ TEST_F(LinkControl, TheCursorIsAHandOverTheLinkOnly)
 class UnmakeableDialog : public qwzCDialog
 {
 public:
-    explicit UnmakeableDialog(bool richEdit) : qwzCDialog(wt::unmakeableDialog)
+    UnmakeableDialog(bool richEdit, winServices& services) : qwzCDialog(wt::unmakeableDialog, nullptr, &services)
     {
         usesRichEdit = richEdit;
     }
@@ -193,7 +193,7 @@ TEST(LinkDialog, ADialogThatCannotBeMadeTellsTheUserWhy)
         qw::QuillonTestApp app(L"quillonTests-links");
         ASSERT_EQ(qwzCStaticWithLink::loadLibrary(c.libraryLoaded ? L"Msftedit.dll" : L"quillon-no-such-library.dll"),
                   c.libraryLoaded);
-        UnmakeableDialog dialog(c.usesRichEdit);
+        UnmakeableDialog dialog(c.usesRichEdit, app);
         EXPECT_EQ(dialog.doModal(), -1) << c.what;
         qwzCStaticWithLink::loadLibrary();
         ASSERT_EQ(app.boxes.size(), 1u) << c.what;

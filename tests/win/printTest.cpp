@@ -50,16 +50,12 @@ protected:
     {
         ASSERT_NE(app.openDocumentFile(L""), nullptr);
         ASSERT_TRUE(winPrinter::installed()) << "no printer: run through ctest, whose `printer` fixture starts one";
-        dc = app.printer().createDC();
+        printerOwner = app.printer().createDC();
+        dc = printerOwner.get();
         ASSERT_NE(dc, nullptr);
         winTextPrinter probe(L"", font());
         probe.beginPrinting(dc);
         perPage = probe.frame().linesPerPage;
-    }
-    void TearDown() override
-    {
-        if (dc)
-            DeleteDC(dc);
     }
     winTextPrinter::FontFor font()
     {
@@ -67,6 +63,7 @@ protected:
     }
 
     QuillonTestApp app{L"quillonTests-print"};
+    winOwnedDC printerOwner;
     HDC dc = nullptr;
     int perPage = 0;
 };
@@ -121,10 +118,9 @@ TEST_F(Print, PrintSetupsChoiceIsKeptForTheSession)
                        SendMessageW(GetDlgItem(dialog, landscapeRadio), BM_CLICK, 0, 0);
                        SendMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
                    });
-    HDC chosen = app.printer().createDC();
+    winOwnedDC chosen = app.printer().createDC();
     ASSERT_NE(chosen, nullptr);
-    EXPECT_GT(GetDeviceCaps(chosen, HORZRES), GetDeviceCaps(chosen, VERTRES)) << "landscape from now on";
-    DeleteDC(chosen);
+    EXPECT_GT(GetDeviceCaps(chosen.get(), HORZRES), GetDeviceCaps(chosen.get(), VERTRES)) << "landscape from now on";
 }
 
 struct PreviewStep {
@@ -227,7 +223,7 @@ TEST_F(Print, ProgressShowsThePageAndCancelStopsTheJob)
 {
     CancellingPages pages;
     HWND owner = app.mainFrame()->hwnd();
-    EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 1, 0xFFFF, owner),
+    EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 1, 0xFFFF, owner, &app),
               winPrintJob::Result::Cancelled);
     EXPECT_EQ(pages.drawn, (std::vector<size_t>{0, 1})) << "no page after the cancel";
     EXPECT_EQ(wt::narrow(pages.progressText), "report.txt|on QuillonPDF|Page 2 of 6|Cancel|");
@@ -235,15 +231,15 @@ TEST_F(Print, ProgressShowsThePageAndCancelStopsTheJob)
     EXPECT_EQ(winPrintJob::progressWindow(), nullptr);
     EXPECT_TRUE(app.boxes.empty()) << "a cancel is no error";
 
-    EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 7, 9, owner),
+    EXPECT_EQ(winPrintJob::run(dc, L"QuillonPDF", pages, L"report.txt", 7, 9, owner, &app),
               winPrintJob::Result::NothingToPrint);
     ASSERT_EQ(app.boxes.size(), 1u);
     EXPECT_EQ(wt::narrow(app.boxes[0].text), "The document has 6 page(s); the range chosen holds none of them.");
 
     // a device that refuses the document, as a printer gone offline does
-    HDC screen = CreateCompatibleDC(nullptr);
-    EXPECT_EQ(winPrintJob::run(screen, L"QuillonPDF", pages, L"report.txt", 1, 1, owner), winPrintJob::Result::Failed);
-    DeleteDC(screen);
+    winOwnedDC screen(CreateCompatibleDC(nullptr));
+    EXPECT_EQ(winPrintJob::run(screen.get(), L"QuillonPDF", pages, L"report.txt", 1, 1, owner, &app),
+              winPrintJob::Result::Failed);
     ASSERT_EQ(app.boxes.size(), 2u);
     EXPECT_EQ(wt::narrow(app.boxes[1].text), "Failed to print report.txt: the printer QuillonPDF reported an error.");
     EXPECT_TRUE(app.boxes[1].type & MB_ICONERROR);

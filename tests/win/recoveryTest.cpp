@@ -226,7 +226,7 @@ TEST(Recovery, AnUnhandledExceptionWritesTheTextAndAMinidumpAndSaysWhere)
 {
     Kept kept("recovery-crash");
     kept.type(L"not saved yet");
-    LPTOP_LEVEL_EXCEPTION_FILTER previous = qwzCCrashReport::install(&kept.keeper);
+    LPTOP_LEVEL_EXCEPTION_FILTER previous = qwzCCrashReport::install(&kept.keeper, &kept.app);
     PVOID handler = AddVectoredExceptionHandler(1, callFilter);
     RaiseException(0xE0515701, 0, 0, nullptr);
     RemoveVectoredExceptionHandler(handler);

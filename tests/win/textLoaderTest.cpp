@@ -113,7 +113,7 @@ TEST(TextLoader, ABigFileArrivesFromTheLoopWithProgressAndEndsWithTheCaretAtTheE
     EXPECT_EQ(end.end, whole.size()) << "the caret at the end, as an append leaves it";
     EXPECT_GT(end.firstLine, 0) << "and in view";
     EXPECT_FALSE(app.doc()->isModified()) << "the loader's appends are not edits";
-    EXPECT_EQ(app.mainFrame()->messageText(), winText::load(winFrame::idleMessageId)) << "the message pane as before";
+    EXPECT_EQ(app.mainFrame()->messageText(), winText::load(AFX_IDS_IDLEMESSAGE)) << "the message pane as before";
     EXPECT_FALSE(app.mainFrame()->backgroundWork());
     for (unsigned id : wholeTextCommands)
         EXPECT_TRUE(enabled(app, id)) << "command " << id;

@@ -98,7 +98,7 @@ TEST_F(VersionServer, ACheckAsksTwiceUnderItsStatusTextEvenWhenTheFirstFails)
     size_t logged = log().size();
 
     VersionCheckResult result;
-    EXPECT_EQ(runVersionCheck(result), 1);
+    EXPECT_EQ(runVersionCheck(result, app.mainFrame()), 1);
     EXPECT_EQ(result.message.str().substr(0, result.message.str().find('\n')), "Unable to contact 127.0.0.1");
     ASSERT_EQ(RecordingFrame::seen.size(), 2u);
     EXPECT_EQ(RecordingFrame::seen[0].first, L"Checking for newer versions...");
