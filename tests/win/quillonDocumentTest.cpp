@@ -16,7 +16,7 @@ namespace
 {
 
 using qw::QuillonTestApp;
-const unsigned save = 57603, saveAs = 57604;
+const unsigned save = ID_FILE_SAVE, saveAs = ID_FILE_SAVE_AS;
 
 std::wstring caption(QuillonTestApp& app)
 {
@@ -185,7 +185,7 @@ TEST(QuillonDocument, NewSaveAndSaveAsChooseTheirTarget)
     std::wstring dir = wt::scratch("qdoc-saveas");
     ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-new", L"n.txt", "something")), nullptr);
     HWND frame = app.mainFrame()->hwnd();
-    SendMessageW(frame, WM_COMMAND, 57600, 0);
+    SendMessageW(frame, WM_COMMAND, ID_FILE_NEW, 0);
     EXPECT_EQ(app.view()->text(), L"");
     EXPECT_EQ(wt::narrow(app.doc()->title()), "Untitled");
     EXPECT_TRUE(app.boxes.empty()) << "an unchanged document is replaced without a question";
