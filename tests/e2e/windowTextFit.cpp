@@ -1,0 +1,124 @@
+// The measuring half of `windowText fit`, loaded into the program under test by a message hook, so that
+// each control's text is measured in the control's own font: for every visible static text and button
+// of the window the hook's message is posted to, one line (see windowText.cpp) into
+// %TEMP%\windowText-fit-<asking process>.txt, then the asker's event is set.
+#include <windows.h>
+
+#include <cstdio>
+#include <cwchar>
+
+namespace
+{
+
+// The room a control gives its text and the flags it draws it with, as the system's static and button
+// controls do; false for a control that draws no text of its own (icons, frames, owner-drawn).
+bool textRoom(HWND window, RECT& room, UINT& flags)
+{
+    GetClientRect(window, &room);
+    LONG style = GetWindowLongW(window, GWL_STYLE);
+    wchar_t cls[64] = {};
+    GetClassNameW(window, cls, 64);
+    if (!_wcsicmp(cls, L"Static")) {
+        LONG type = style & SS_TYPEMASK;
+        bool wraps = type == SS_LEFT || type == SS_CENTER || type == SS_RIGHT;
+        if (!wraps && type != SS_SIMPLE && type != SS_LEFTNOWORDWRAP)
+            return false;
+        // a vertically centred text is one line
+        wraps = wraps && !(style & SS_CENTERIMAGE);
+        flags = DT_EXPANDTABS | (wraps ? DT_WORDBREAK : DT_SINGLELINE) | ((style & SS_NOPREFIX) ? DT_NOPREFIX : 0);
+        return true;
+    }
+    if (_wcsicmp(cls, L"Button"))
+        return false;
+    flags = (style & BS_MULTILINE) ? DT_WORDBREAK : DT_SINGLELINE;
+    switch (style & BS_TYPEMASK) {
+    case BS_PUSHBUTTON:
+    case BS_DEFPUSHBUTTON:
+        // inside the raised edge and the focus rectangle
+        InflateRect(&room, -3, -3);
+        return true;
+    case BS_CHECKBOX:
+    case BS_AUTOCHECKBOX:
+    case BS_RADIOBUTTON:
+    case BS_AUTORADIOBUTTON:
+    case BS_3STATE:
+    case BS_AUTO3STATE:
+        // beside the box and the gap after it
+        room.left += GetSystemMetrics(SM_CXMENUCHECK) + 4;
+        return true;
+    case BS_GROUPBOX:
+        // on the frame's top line, between its corners
+        InflateRect(&room, -8, 0);
+        flags = DT_SINGLELINE;
+        return true;
+    default:
+        return false;
+    }
+}
+
+void utf8(FILE* out, const wchar_t* text)
+{
+    char bytes[16384];
+    int n = WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes, sizeof bytes, nullptr, nullptr);
+    for (int i = 0; i + 1 < n; ++i) {
+        if (bytes[i] == '\n')
+            std::fputs("\\n", out);
+        else if (bytes[i] != '\r')
+            std::fputc(bytes[i], out);
+    }
+}
+
+BOOL CALLBACK measure(HWND window, LPARAM out)
+{
+    wchar_t text[4096] = {}, cls[64] = {};
+    GetWindowTextW(window, text, 4096);
+    GetClassNameW(window, cls, 64);
+    RECT room = {};
+    UINT flags = 0;
+    if (!IsWindowVisible(window) || !*text || !textRoom(window, room, flags))
+        return TRUE;
+    HFONT font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+    HDC dc = GetDC(window);
+    HGDIOBJ old = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
+    wchar_t face[LF_FACESIZE] = {};
+    GetTextFaceW(dc, LF_FACESIZE, face);
+    RECT need = {0, 0, room.right - room.left, 0};
+    DrawTextW(dc, text, -1, &need, flags | DT_CALCRECT);
+    SelectObject(dc, old);
+    ReleaseDC(window, dc);
+    long width = room.right - room.left, height = room.bottom - room.top;
+    FILE* f = reinterpret_cast<FILE*>(out);
+    std::fprintf(f, "%d\t", GetDlgCtrlID(window));
+    utf8(f, cls);
+    std::fprintf(f, "\t%d\t%ld\t%ld\t%ld\t%ld\t", need.right <= width && need.bottom <= height ? 1 : 0, need.right,
+                 need.bottom, width, height);
+    utf8(f, face);
+    std::fputc('\t', f);
+    utf8(f, text);
+    std::fputc('\n', f);
+    return TRUE;
+}
+
+} // namespace
+
+extern "C" __declspec(dllexport) LRESULT CALLBACK fitHook(int code, WPARAM removed, LPARAM message)
+{
+    static const UINT ask = RegisterWindowMessageW(L"windowText.fit");
+    const MSG* msg = reinterpret_cast<const MSG*>(message);
+    if (code == HC_ACTION && removed == PM_REMOVE && msg->message == ask) {
+        wchar_t name[64] = {}, path[MAX_PATH + 64] = {};
+        swprintf(name, 64, L"windowText-fit-%lu", static_cast<unsigned long>(msg->wParam));
+        GetTempPathW(MAX_PATH, path);
+        wcscat(path, name);
+        wcscat(path, L".txt");
+        if (FILE* f = _wfopen(path, L"wb")) {
+            EnumChildWindows(msg->hwnd, measure, reinterpret_cast<LPARAM>(f));
+            std::fclose(f);
+        }
+        if (HANDLE done = OpenEventW(EVENT_MODIFY_STATE, FALSE, name)) {
+            SetEvent(done);
+            CloseHandle(done);
+        }
+    }
+    return CallNextHookEx(nullptr, code, removed, message);
+}
