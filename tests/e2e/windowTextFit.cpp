@@ -1,11 +1,14 @@
 // The measuring half of `windowText fit`, loaded into the program under test by a message hook, so that
-// each control's text is measured in the control's own font: for every visible static text and button
-// of the window the hook's message is posted to, one line (see windowText.cpp) into
+// each control's text is measured in the control's own font, and its characters are looked for there:
+// for every visible static text and button of the window the hook's message is posted to, one line (see
+// windowText.cpp) into
 // %TEMP%\windowText-fit-<asking process>.txt, then the asker's event is set.
 #include <windows.h>
 
 #include <cstdio>
+#include <cstring>
 #include <cwchar>
+#include <string>
 
 namespace
 {
@@ -56,6 +59,39 @@ bool textRoom(HWND window, RECT& room, UINT& flags)
     }
 }
 
+// How many of the text's characters beyond ASCII come out as the font's missing-glyph box, linked fonts
+// included: each is drawn alone and compared with a character that no font has.
+int missingGlyphs(HFONT font, const wchar_t* text)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), 64, -64, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    HDC dc = CreateCompatibleDC(nullptr);
+    HBITMAP bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    HGDIOBJ oldBitmap = SelectObject(dc, bitmap);
+    HGDIOBJ oldFont = SelectObject(dc, font);
+    auto draw = [&](wchar_t c) {
+        std::memset(bits, 0xFF, 64 * 64 * 4);
+        TextOutW(dc, 2, 2, &c, 1);
+        GdiFlush();
+        return std::string(static_cast<const char*>(bits), 64 * 64 * 4);
+    };
+    const std::string box = draw(L'\x0378');
+    std::wstring seen;
+    int missing = 0;
+    for (const wchar_t* c = text; *c; ++c) {
+        if (*c < 0x80 || (*c >= 0xD800 && *c < 0xE000) || seen.find(*c) != std::wstring::npos)
+            continue;
+        seen += *c;
+        missing += draw(*c) == box;
+    }
+    SelectObject(dc, oldFont);
+    SelectObject(dc, oldBitmap);
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    return missing;
+}
+
 void utf8(FILE* out, const wchar_t* text)
 {
     char bytes[16384];
@@ -90,8 +126,8 @@ BOOL CALLBACK measure(HWND window, LPARAM out)
     FILE* f = reinterpret_cast<FILE*>(out);
     std::fprintf(f, "%d\t", GetDlgCtrlID(window));
     utf8(f, cls);
-    std::fprintf(f, "\t%d\t%ld\t%ld\t%ld\t%ld\t", need.right <= width && need.bottom <= height ? 1 : 0, need.right,
-                 need.bottom, width, height);
+    std::fprintf(f, "\t%d\t%ld\t%ld\t%ld\t%ld\t%d\t", need.right <= width && need.bottom <= height ? 1 : 0, need.right,
+                 need.bottom, width, height, missingGlyphs(font ? font : HFONT(GetStockObject(SYSTEM_FONT)), text));
     utf8(f, face);
     std::fputc('\t', f);
     utf8(f, text);
