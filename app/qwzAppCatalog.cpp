@@ -9,6 +9,7 @@
 
 #include "foundation/utPath.h"
 #include "nls/nlsDomainManager.h"
+#include "nls/nlsSearchPath.h"
 
 namespace
 {
@@ -79,18 +80,31 @@ void qwzAppCatalog::start()
     translate("This string has no translation, it is only to wake up the nls system");
 }
 
+nlsDomain* qwzAppCatalog::domain()
+{
+    if (domain_ && domainBase_ != baseGeneration)
+        stop();
+    if (!domain_) {
+        // the installation directory may hold ";", which would otherwise split it into two
+        domain_ = nlsDomainManager::createDomain(nlsSearchPath::listOf(base().c_str()).c_str(), "quillon");
+        domainBase_ = baseGeneration;
+    }
+    return domain_;
+}
+
 utString qwzAppCatalog::translate(const char* text)
 {
     // the empty key is the catalog's header, never a message
     if (!text || !*text)
         return utString::copyOf("");
-    if (domain_ && domainBase_ != baseGeneration)
-        stop();
-    if (!domain_) {
-        domain_ = nlsDomainManager::createDomain(base().c_str(), "quillon");
-        domainBase_ = baseGeneration;
-    }
-    return utString::copyOf(nlsDomainManager::translate(domain_, text));
+    return utString::copyOf(nlsDomainManager::translate(domain(), text));
+}
+
+utString qwzAppCatalog::translateFormat(const char* format)
+{
+    if (!format || !*format)
+        return utString::copyOf("");
+    return utString::copyOf(nlsDomainManager::translateFormat(domain(), format));
 }
 
 qwzAppCatalog& qwzTheAppCatalog()
@@ -104,9 +118,14 @@ utString translate(const char* english)
     return qwzTheAppCatalog().translate(english);
 }
 
+utString translatedFormat(const char* english)
+{
+    return qwzTheAppCatalog().translateFormat(english);
+}
+
 utString translateFormat(const char* english, ...)
 {
-    utString format = translate(english);
+    utString format = translatedFormat(english);
     va_list args;
     va_start(args, english);
     utString text = utFormatV(format.c_str(), args);

@@ -26,6 +26,9 @@ public:
     void stop();
     // The program domain's message for an English text, or the text itself.
     utString translate(const char* text);
+    // The same for a printf format: a translation that reads other arguments than the English text is
+    // not used (the catalog library warns once), so that no catalog can misread the program's arguments.
+    utString translateFormat(const char* format);
 
     const utString& requestedLanguage() const
     {
@@ -37,6 +40,9 @@ public:
     }
 
 private:
+    // The domain of the current base directory, made on first use.
+    nlsDomain* domain();
+
     nlsDomain* domain_ = nullptr;
     // The base directory's generation the domain was made in.
     unsigned domainBase_ = 0;
@@ -49,5 +55,8 @@ qwzAppCatalog& qwzTheAppCatalog();
 
 // The translation of an English text through the process-wide record.
 utString translate(const char* english);
+// The translation of an English printf format through the process-wide record, or the English format
+// when the translation would read other arguments.
+utString translatedFormat(const char* english);
 // Translates, then formats printf-style into a buffer of 4192 bytes that doubles until the text fits.
 utString translateFormat(const char* english, ...);

@@ -24,7 +24,7 @@ void qwzOutput::printf(int, const char* format, ...)
 void qwzOutput::printMessage(int, unsigned int id, ...)
 {
     std::string english = platform::loadString(id);
-    utString message = translate(english.c_str());
+    utString message = translatedFormat(english.c_str());
     va_list args;
     va_start(args, id);
     utString text = utFormatV(message.c_str(), args);

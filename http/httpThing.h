@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "http/httpDeadline.h"
+
 // Closes a WinINet handle.
 struct httpHandleCloser {
     void operator()(void* handle) const
@@ -55,8 +57,21 @@ public:
     // `reply` is the body as a new[] C string for the caller; null otherwise.
     int post(const char* path, const char* body, char*& reply, const char* headers);
 
+    // Ends every later request by `deadline`: connecting, sending and waiting for the answer get a third
+    // of what remains each, and the body is read only while time remains. A request that runs out fails
+    // like any other. Without it the system's time-outs apply.
+    void setDeadline(const httpDeadline& deadline)
+    {
+        deadline_ = deadline;
+    }
+
 private:
     int readReply(HINTERNET request, char*& reply);
+    // Before each read of the body: false once the deadline has passed, else the wait is cut to what
+    // remains.
+    bool readTimeLeft(HINTERNET request);
+
+    httpDeadline deadline_;
 };
 
 class httpProductAttribute : public httpNormal

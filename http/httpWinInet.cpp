@@ -1,10 +1,13 @@
 // The product-attribute client's transport. Kept as the service has always been spoken to: agent
 // "Tarvik Product" with the system's proxy settings, POST without headers of our own and an unencoded
 // form, and a body of known length taken in a single read (a body the system hands over in pieces is an
-// error). New: no body past httpMaxReply is accepted, whatever the server announces or sends.
+// error). New: no body past httpMaxReply is accepted, whatever the server announces or sends; and a
+// request with a deadline ends by it, through the time-outs of its own request handle (Wine honours them
+// there, not on the session, and closing a handle from another thread does not end a blocked call).
 #include "http/httpThing.h"
 
 #include <cstring>
+#include <initializer_list>
 #include <string>
 
 #include "http/httpReply.h"
@@ -27,6 +30,11 @@ int askAttribute(httpNormal& client, const char* product, const char* attribute,
     status = httpCutData(reply, value);
     delete[] reply;
     return status;
+}
+
+bool setTimeout(HINTERNET request, DWORD option, DWORD milliseconds)
+{
+    return InternetSetOptionA(request, option, &milliseconds, sizeof milliseconds) != FALSE;
 }
 
 } // namespace
@@ -62,6 +70,17 @@ int httpNormal::post(const char* path, const char* body, char*& reply, const cha
     httpHandle request(HttpOpenRequestA(connection_.get(), "POST", path, nullptr, nullptr, nullptr, requestFlags_, 0));
     if (!request)
         return httpOpenFailed;
+    if (deadline_.isSet()) {
+        // connecting, sending and waiting each take their turn inside the one call below: thirds keep
+        // their sum inside the deadline
+        DWORD third = deadline_.remainingMs() / 3;
+        if (third == 0)
+            return httpSendFailed;
+        for (DWORD option :
+             {INTERNET_OPTION_CONNECT_TIMEOUT, INTERNET_OPTION_SEND_TIMEOUT, INTERNET_OPTION_RECEIVE_TIMEOUT})
+            if (!setTimeout(request.get(), option, third))
+                return httpSendFailed;
+    }
     DWORD headerLength = headers ? static_cast<DWORD>(std::strlen(headers)) : 0xFFFFFFFF;
     DWORD bodyLength = body ? static_cast<DWORD>(std::strlen(body)) : 0;
     if (!HttpSendRequestA(request.get(), headers, headerLength, const_cast<char*>(body), bodyLength))
@@ -91,7 +110,7 @@ int httpNormal::readReply(HINTERNET request, char*& reply)
             return httpBadReply;
         std::unique_ptr<char[]> body(new char[length + 1]);
         DWORD read = 0;
-        if (!InternetReadFile(request, body.get(), length + 1, &read) || read != length)
+        if (!readTimeLeft(request) || !InternetReadFile(request, body.get(), length + 1, &read) || read != length)
             return httpBadReply;
         body[length] = '\0';
         reply = body.release();
@@ -104,6 +123,8 @@ int httpNormal::readReply(HINTERNET request, char*& reply)
     char piece[pieceSize];
     for (;;) {
         DWORD read = 0;
+        if (!readTimeLeft(request))
+            return httpBadReply;
         BOOL ok = InternetReadFile(request, piece, pieceSize, &read);
         if (!ok && read > 0)
             return httpBadReply;
@@ -114,6 +135,14 @@ int httpNormal::readReply(HINTERNET request, char*& reply)
     }
     reply = body.release();
     return httpOk;
+}
+
+bool httpNormal::readTimeLeft(HINTERNET request)
+{
+    if (!deadline_.isSet())
+        return true;
+    DWORD left = deadline_.remainingMs();
+    return left > 0 && setTimeout(request, INTERNET_OPTION_RECEIVE_TIMEOUT, left);
 }
 
 int httpProductAttribute::get(const char* product, const char* attribute, char*& value)

@@ -2,6 +2,7 @@
 // painted before they start; on every way out the cursor comes back first, then the saved status text.
 #include "http/qwzCCheckVersionDlg.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -18,6 +19,10 @@
 
 namespace
 {
+
+// Both requests of a check are over within this, so that a server that takes the connection and never
+// answers holds the window for seconds, not minutes; the rest of 5 s is for what surrounds them.
+constexpr std::chrono::milliseconds checkTimeLimit(4500);
 
 // Shows "Checking for newer versions..." in the main frame's status bar for its lifetime.
 class StatusText
@@ -69,16 +74,25 @@ int runVersionCheck(VersionCheckResult& result)
     StatusText status;
     WaitCursor cursor;
 
-    // each client lives for its one request; both requests are made whatever the first gave
+    // each client lives for its one request; both requests are made whatever the first gave, the first
+    // within half of the time limit so that the second always has the other half
+    const httpDeadline deadline = httpDeadline::after(checkTimeLimit);
     const char* product = qwzVersionInfo::instance().productName.c_str();
     int port = static_cast<int>(server.port);
     qwzVersionAnswers answers;
     char* received = nullptr;
-    answers.keyStatus = httpVersion(server.host.c_str(), port, server.secure).get(product, received);
+    {
+        httpVersion client(server.host.c_str(), port, server.secure);
+        client.setDeadline(deadline.share(2));
+        answers.keyStatus = client.get(product, received);
+    }
     std::unique_ptr<char[]> key(received);
     received = nullptr;
-    answers.displayStatus =
-        httpProductAttribute(server.host.c_str(), port, server.secure).get(product, "version_string", received);
+    {
+        httpProductAttribute client(server.host.c_str(), port, server.secure);
+        client.setDeadline(deadline);
+        answers.displayStatus = client.get(product, "version_string", received);
+    }
     std::unique_ptr<char[]> display(received);
     answers.key = key.get();
     answers.display = display.get();

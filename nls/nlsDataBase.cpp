@@ -9,6 +9,7 @@
 
 #include "foundation/utAssert.h"
 #include "nls/nlsFileKind.h"
+#include "nls/nlsPrintfFormat.h"
 #include "platform/platform.h"
 
 namespace
@@ -210,6 +211,16 @@ const char* nlsDataBase::translate(const char* key) const
     else
         found = swapped_ ? searchLookup<true>(key) : searchLookup<false>(key);
     return found ? found : key;
+}
+
+const char* nlsDataBase::translateFormat(const char* key, bool& firstRefusal) const
+{
+    firstRefusal = false;
+    const char* found = translate(key);
+    if (found == key || nlsPrintfFormat::sameArguments(key, found))
+        return found;
+    firstRefusal = refused_.insert(found).second;
+    return key;
 }
 
 // Double hashing as the catalog compiler lays it out. The probe is bounded by the table size, so no

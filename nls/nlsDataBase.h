@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <unordered_set>
 
 #include "nls/nlsError.h"
 #include "nls/uiSaveString.h"
@@ -55,6 +56,10 @@ public:
 
     // The translation of a message inside the image, or `key` itself when the catalog has none.
     const char* translate(const char* key) const;
+    // The same for a printf format: a translation that reads other arguments than `key` (see
+    // nlsPrintfFormat) is refused, and `key` itself comes back. `firstRefusal` tells whether this call
+    // is the first to refuse that message, so that it is reported once.
+    const char* translateFormat(const char* key, bool& firstRefusal) const;
 
     // The shared list: find adds a reference on a hit; open loads and lists a new database with one
     // reference, or returns null with the error code; release drops one reference.
@@ -90,4 +95,6 @@ private:
     int32_t references_ = 0;
     uint32_t failed_ = 0;
     uint32_t code_ = 0;
+    // the refused translations, by their place in the image
+    mutable std::unordered_set<const char*> refused_;
 };

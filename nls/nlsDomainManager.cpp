@@ -84,6 +84,26 @@ const char* textOf(const uiSaveString& s)
     return s.text() ? s.text() : "";
 }
 
+// A message as one line of a report: line ends and other control characters written as escapes.
+std::string oneLine(const char* text)
+{
+    std::string line;
+    for (const char* p = text; *p; ++p) {
+        unsigned char c = static_cast<unsigned char>(*p);
+        if (c == '\n')
+            line += "\\n";
+        else if (c == '\r')
+            line += "\\r";
+        else if (c == '\t')
+            line += "\\t";
+        else if (c < 0x20 || c == 0x7f)
+            line += "?";
+        else
+            line += *p;
+    }
+    return line;
+}
+
 } // namespace
 
 const nlsLanguage& nlsDomainManager::systemLanguage(int category)
@@ -203,6 +223,19 @@ int32_t nlsDomainManager::domainCount()
 const char* nlsDomainManager::translate(const nlsDomain* domain, const char* text)
 {
     return domain ? domain->translate(text) : text;
+}
+
+const char* nlsDomainManager::translateFormat(const nlsDomain* domain, const char* format)
+{
+    const nlsDataBase* database = domain ? domain->database() : nullptr;
+    if (!database)
+        return format;
+    bool firstRefusal = false;
+    const char* answer = database->translateFormat(format, firstRefusal);
+    if (firstRefusal)
+        report(const_cast<nlsDomain*>(domain), nlsError::FormatRefused, textOf(database->path()),
+               oneLine(format).c_str());
+    return answer;
 }
 
 nlsLanguage nlsDomainManager::domainLanguage(const nlsDomain* domain)

@@ -32,6 +32,9 @@ public:
     static int32_t domainCount();
 
     static const char* translate(const nlsDomain* domain, const char* text);
+    // The translation of a printf format, or `format` itself when the catalog's translation reads other
+    // arguments (warning 66560, once per message and catalog).
+    static const char* translateFormat(const nlsDomain* domain, const char* format);
     // The domain's language, else the system language for category 1, else "C".
     static nlsLanguage domainLanguage(const nlsDomain* domain);
     // 1 when a catalog was found for the language (or it is "C"), else 0 after falling back.

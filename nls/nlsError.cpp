@@ -40,6 +40,10 @@ const char* nlsError::text() const
         shared = "NLS Warning: Catalog <" + arg(0) + "> failed to load for language <" + arg(1) +
                  "> so fallback language <" + arg(2) + "> was used";
         return shared.c_str();
+    case FormatRefused:
+        shared = "NLS Warning: Catalog <" + arg(0) + "> translates <" + arg(1) +
+                 "> with other printf conversions, so the English text was used";
+        return shared.c_str();
     case DomainExists:
         shared = "NLS Error: Domain (nls database) already exists for catalog <" + arg(0) + "> and language <" +
                  arg(1) + ">";

@@ -24,6 +24,7 @@ public:
         PathFailed = 9216,
         DomainExists = 17408,
         FallbackUsed = 33792,
+        FormatRefused = 66560,
     };
 
     explicit nlsError(uint32_t code = None) : code_(code) {}

@@ -77,17 +77,32 @@ int nlsSearchPath::addList(const char* text, int mode, int index)
 {
     if (!text)
         return 0;
-    const char* start = text;
-    while (*start) {
-        const char* end = std::strchr(start, ';');
-        size_t length = end ? size_t(end - start) : std::strlen(start);
-        if (length)
-            addEntry(std::string(start, length).c_str(), mode, index);
-        if (!end)
-            break;
-        start = end + 1;
+    // a double quote opens or closes a stretch in which ";" separates nothing; the quotes themselves
+    // are not part of the directory, as in the PATH of Windows
+    std::string piece;
+    bool quoted = false;
+    for (const char* p = text;; ++p) {
+        if (*p == '"') {
+            quoted = !quoted;
+        } else if (*p && (quoted || *p != ';')) {
+            piece += *p;
+        } else {
+            if (!piece.empty())
+                addEntry(piece.c_str(), mode, index);
+            piece.clear();
+            if (!*p)
+                break;
+        }
     }
     return 0;
+}
+
+std::string nlsSearchPath::listOf(const char* directory)
+{
+    std::string one = directory ? directory : "";
+    if (one.find(';') != std::string::npos)
+        one = '"' + one + '"';
+    return one;
 }
 
 bool nlsSearchPath::isAbsolute(const char* name)

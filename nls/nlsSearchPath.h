@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "nls/nlsFileKind.h"
 #include "nls/uiSaveString.h"
@@ -21,8 +22,11 @@ public:
     // Adds one directory; a leading "~" becomes $HOME. Insert puts it at `index` (at or past the end
     // appends).
     int addEntry(const char* text, int mode, int index = 0);
-    // Adds each non-empty ";"-separated piece; always 0, whatever the pieces gave.
+    // Adds each non-empty ";"-separated piece; always 0, whatever the pieces gave. A piece may hold ";"
+    // inside double quotes, which are dropped: "C:\a;b";D:\c is the two directories C:\a;b and D:\c.
     int addList(const char* text, int mode, int index = 0);
+    // A list of the one directory given, whatever characters it holds.
+    static std::string listOf(const char* directory);
 
     // The first path of the wanted kind: an absolute name is tested as it is, a relative one below each
     // entry ("." stands for the name alone). Empty when nothing matches.

@@ -1,17 +1,20 @@
 """quillon.exe as shipped: a 64-bit GUI-subsystem program, statically linked, carrying its manifest,
 version resource and icon (the one place the icon is checked: tools/make_icon.py draws it, the build
-links it)."""
+links it), and no symbols: those stay in the build folder's quillon.debug, which the program names."""
 import os
 import re
 import struct
 import subprocess
 import tempfile
 import unittest
+import zlib
 from pathlib import Path
 
 BUILD = Path(os.environ["QUILLON_BUILD_DIR"])
 EXE = BUILD / "dist" / "Quillon" / "sys" / "exec" / "quillon.exe"
 OBJDUMP = "x86_64-w64-mingw32-objdump"
+NM = "x86_64-w64-mingw32-nm"
+OBJCOPY = "x86_64-w64-mingw32-objcopy"
 
 # what every Windows 10/11 has; anything else would have to ship beside the program
 SYSTEM_DLLS = {
@@ -38,6 +41,31 @@ class Executable(unittest.TestCase):
         self.assertEqual(dlls - SYSTEM_DLLS, set())
         for runtime in ("libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll"):
             self.assertNotIn(runtime, dlls)
+
+
+class Symbols(unittest.TestCase):
+    DEBUG = BUILD / "quillon.debug"
+
+    def test_the_symbols_are_in_the_debug_file_that_the_program_names(self):
+        shipped = subprocess.run([NM, str(EXE)], capture_output=True, text=True)
+        self.assertEqual(shipped.stdout, "")
+        self.assertIn("no symbols", shipped.stderr)
+        sections = subprocess.run([OBJDUMP, "-h", str(EXE)], capture_output=True, text=True, check=True).stdout
+        self.assertNotIn(".debug_", sections)
+        kept = subprocess.run([NM, str(self.DEBUG)], capture_output=True, text=True, check=True).stdout
+        self.assertRegex(kept, r"(?m) T wWinMain$")
+        self.assertRegex(kept, r"(?m) T _Z15runVersionCheckR18VersionCheckResult$")
+        # the link: the debug file's name, padded to 4 bytes, then the CRC-32 of its content
+        with tempfile.TemporaryDirectory() as tmp:
+            link = Path(tmp) / "link"
+            subprocess.run([OBJCOPY, "--dump-section", ".gnu_debuglink=%s" % link, str(EXE), str(Path(tmp) / "copy")],
+                           check=True, capture_output=True)
+            data = link.read_bytes()
+        name = data[:data.index(b"\0")]
+        self.assertEqual(name, b"quillon.debug")
+        self.assertEqual(struct.unpack_from("<I", data, len(data) - 4)[0], zlib.crc32(self.DEBUG.read_bytes()))
+        print("\nquillon.exe %d bytes, quillon.debug %d bytes, %d symbols kept" % (
+            EXE.stat().st_size, self.DEBUG.stat().st_size, len(kept.splitlines())), flush=True)
 
 
 def resource(kind, name):

@@ -114,6 +114,18 @@ class CorruptCatalog(unittest.TestCase):
         self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
 
 
+class SemicolonInTheInstallationPath(unittest.TestCase):
+    """Windows allows ";" in a folder's name: a tree installed below such a folder still speaks German."""
+
+    def test_german_usage_from_below_a_folder_with_a_semicolon(self):
+        tree = Path(h.scratch_dir("semicolon")) / "Tools;Old" / "Quillon"
+        shutil.copytree(h.DIST_DIR, tree)
+        done = run(["-help"], env={"LC_ALL": "German"}, exe=tree / "sys" / "exec" / "quillon.exe")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        expected = "".join(h.catalog("German").gettext(m) for m in USAGE_MESSAGES)
+        self.assertEqual(done.stdout.decode("utf-8"), expected.replace("\n", "\r\n"))
+
+
 class MissingInstallationTree(h.QuillonTestCase):
     """Started from the root of a drive there is no tree two levels up: a message box says so."""
 

@@ -1,7 +1,8 @@
 """The version check as a user meets it, quillon.exe against the local product-attribute server: quiet at
 start-up when up to date, the dialog at start-up when not, the Help menu's check always, the switch that
 keeps start-up off the network, an unreachable server, the dialog's link opened through the shell, and
-HTTPS with a certificate authority of the test's own: trusted, unknown, expired and for another name."""
+HTTPS with a certificate authority of the test's own: trusted, unknown, expired and for another name, and a
+server that takes the connection and never answers."""
 import os
 import re
 import socket
@@ -48,12 +49,12 @@ class ServerCase(h.QuillonTestCase):
     def start_quillon(self, url, disabled="", **env):
         return self.start(env=dict(env, QWZ_PRODUCT_SERVER=url, QWZ_DISABLE_STARTUP_VERSION_CHECK=disabled))
 
-
-class VersionCheck(ServerCase):
     def check_from_help_menu(self):
         h.key(h.wait_window(" - Quillon"), "alt+h", "Down", "Return")
         return dialog_text()
 
+
+class VersionCheck(ServerCase):
     def test_up_to_date_start_is_quiet_and_the_help_menu_still_tells(self):
         server = self.serve(read(os.path.join(h.BUILD_DIR, "run-products.txt")))  # what `make run` serves
         self.start_quillon(server.url, disabled="")
@@ -98,6 +99,42 @@ class VersionCheck(ServerCase):
             port = s.getsockname()[1]
         self.start_quillon("http://127.0.0.1:%d" % port)
         self.assertEqual(dialog_text(), NO_CONTACT % "127.0.0.1")
+
+
+class SilentServer(ServerCase):
+    """A server that accepts and never answers (a stalled proxy, a hung server) costs a check at most 5 s,
+    both requests still made, and ends in the message of any other failure."""
+
+    LIMIT = 5.0
+
+    def silent(self):
+        server = productServer.SilentServer().start()
+        self.addCleanup(server.stop)
+        return server
+
+    def assertEndedInTime(self, server, shown, took, when):
+        print("\n%s: the check against a silent server took %.2f s" % (when, took), flush=True)
+        self.assertEqual(shown, NO_CONTACT % "127.0.0.1")
+        self.assertEqual(len(server.accepted), 2, "both requests are made")
+        self.assertLess(took, self.LIMIT)
+
+    def test_at_start_up(self):
+        server = self.silent()
+        self.start_quillon(server.url)
+        shown = dialog_text()
+        # from the first connection, which the check makes as it starts, to its answer on screen
+        self.assertEndedInTime(server, shown, time.monotonic() - server.accepted[0], "start-up")
+
+    def test_from_the_help_menu(self):
+        server = self.silent()
+        self.start_quillon(server.url, disabled="1")
+        frame = h.wait_window(" - Quillon")
+        time.sleep(1)
+        self.assertEqual(server.accepted, [], "no check at start-up")
+        began = time.monotonic()
+        h.key(frame, "alt+h", "Down", "Return")
+        shown = dialog_text()
+        self.assertEndedInTime(server, shown, time.monotonic() - began, "Help menu")
 
 
 def openssl(*args, cwd):

@@ -5,7 +5,8 @@ It answers POSTs to the attribute script from a table file read afresh for every
 "<product> <attribute> <value...>" a line. A value "!<mode> [value]" misbehaves instead: 304 or 404; nodata
 (a closing tag only), noclose (no </data>), nolength (no Content-Length), split (two writes half a second
 apart), slow (two seconds late), cut (closed half-way), endless (no end), huge (2 MiB). Every request is
-logged as a JSON line before it is answered. With --wrap it runs a command with QWZ_PRODUCT_SERVER (and
+logged as a JSON line before it is answered. SilentServer takes connections and never says a word, as a
+stalled proxy or a hung server does. With --wrap it runs a command with QWZ_PRODUCT_SERVER (and
 QWZ_TEST_PRODUCT_TABLE, QWZ_TEST_PRODUCT_LOG) set, stops when it ends and exits with its status.
 """
 import argparse
@@ -13,6 +14,7 @@ import http.server
 from http import HTTPStatus
 import json
 import os
+import socket
 import ssl
 import subprocess
 import sys
@@ -140,6 +142,38 @@ class ProductServer(http.server.ThreadingHTTPServer):
     def requests(self):
         with open(self.log, encoding="utf-8") as f:
             return [json.loads(line) for line in f if line.strip()]
+
+
+class SilentServer:
+    """Accepts every connection on 127.0.0.1, reads nothing, answers nothing and keeps it open until
+    stopped; `accepted` holds the monotonic time of each connection."""
+
+    def __init__(self):
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.listener.settimeout(0.1)
+        self.url = "http://127.0.0.1:%d" % self.listener.getsockname()[1]
+        self.accepted, self.held, self.running = [], [], True
+
+    def start(self):
+        threading.Thread(target=self.serve, daemon=True).start()
+        return self
+
+    def serve(self):
+        while self.running:
+            try:
+                connection, _ = self.listener.accept()
+            except socket.timeout:
+                continue
+            except OSError:
+                break
+            self.accepted.append(time.monotonic())
+            self.held.append(connection)
+
+    def stop(self):
+        self.running = False
+        self.listener.close()
+        for connection in self.held:
+            connection.close()
 
 
 def main():

@@ -36,6 +36,22 @@ TEST(nlsSearchPath, ListsSkipEmptyPiecesAndDuplicates)
     EXPECT_EQ(path.count(), 3);
 }
 
+// A directory holding ";" is one piece inside double quotes, and listOf writes any directory so.
+TEST(nlsSearchPath, QuotesKeepASemicolonInsideOnePiece)
+{
+    nlsSearchPath path;
+    path.addList("\"C:\\a;b\";D:\\c;\"\";x\"y;z\"", nlsSearchPath::Append);
+    EXPECT_EQ(entries(path), (List{"C:\\a;b", "D:\\c", "xy;z"})) << "an empty quoted piece is skipped too";
+    for (const char* directory : {"C:\\Tools;Old\\Quillon\\lib\\locale", "/opt/q", ";", "a;;b;"}) {
+        nlsSearchPath one;
+        one.addList(nlsSearchPath::listOf(directory).c_str(), nlsSearchPath::Append);
+        EXPECT_EQ(entries(one), List{directory});
+    }
+    nlsSearchPath none;
+    none.addList(nlsSearchPath::listOf("").c_str(), nlsSearchPath::Append);
+    EXPECT_EQ(none.count(), 0);
+}
+
 TEST(nlsSearchPath, ATildeBecomesHome)
 {
     qt::ScopedEnv env;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "app/qwzAppCatalog.h"
 #include "nls/nlsDomainManager.h"
@@ -47,6 +48,32 @@ TEST_F(qwzAppCatalogTest, ATranslationBeforeTheDirectoryWasSetDoesNotKeepTheRunE
     catalog.start();
     EXPECT_EQ(catalog.usedLanguage().str(), "German");
     EXPECT_EQ(catalog.translate("Save").str(), "Speichern");
+}
+
+// An installation under a folder whose name holds ";" (allowed on Windows) speaks its language: the
+// catalog directory is searched whole, as the language-directory test takes it.
+TEST_F(qwzAppCatalogTest, AnInstallationDirectoryHoldingASemicolonLoadsItsCatalogs)
+{
+    std::string installed = qt::scratchDir("Tools;Old") + "/lib;locale";
+    std::filesystem::create_directories(installed + "/German/LC_MESSAGES");
+    qt::writeFile(installed + "/German/LC_MESSAGES/quillon.mo",
+                  qt::readFile(qt::dataPath("nls/little/German/LC_MESSAGES/quillon.mo")));
+    qwzAppCatalog::setBaseDirectory(utString(qt::hostPath(installed).c_str()));
+    qt::setEnv("LC_ALL", "German");
+    std::vector<std::string> seen;
+    static std::vector<std::string>* reports = &seen;
+    nlsDataBase::ReportHook saved = nlsDataBase::reportHook();
+    nlsDataBase::reportHook() = [](void*, const nlsError& e) {
+        reports->push_back(e.text());
+        return 1;
+    };
+    qwzAppCatalog catalog;
+    catalog.start();
+    EXPECT_EQ(catalog.usedLanguage().str(), "German");
+    EXPECT_EQ(catalog.translate("Save").str(), "Speichern");
+    EXPECT_EQ(seen, std::vector<std::string>{}) << "no warning";
+    catalog.stop();
+    nlsDataBase::reportHook() = saved;
 }
 
 // Runs in a child process: the process-wide record keeps its domain until exit. Every mismatch goes to

@@ -162,46 +162,20 @@ TEST(SafeSaveTest, AFailedSaveKeepsTheOriginalAndTellsTheUserWhichFileAndWhy)
     }
 }
 
-const wchar_t childVariable[] = L"WIN_SAFE_SAVE_CHILD_TARGET";
-const wchar_t childEvent[] = L"Local\\winSafeSaveChildFlushed";
-
-// The child half of the kill test: does nothing in a normal run.
-TEST(SafeSaveChild, StopsAfterTheFlush)
-{
-    wchar_t target[1024] = {};
-    if (!GetEnvironmentVariableW(childVariable, target, 1024))
-        GTEST_SKIP() << "runs only as the child of AProcessKilledBetweenTheStepsKeepsTheOriginal";
-    winSafeSave::setTestHook([](winSafeSave::Point p, const std::wstring&) -> DWORD {
-        if (p == winSafeSave::Point::TempFlushed) {
-            HANDLE flushed = OpenEventW(EVENT_MODIFY_STATE, FALSE, childEvent);
-            SetEvent(flushed);
-            Sleep(INFINITE);
-        }
-        return ERROR_SUCCESS;
-    });
-    winSafeSave::write(target, replacement);
-}
-
 TEST(SafeSaveTest, AProcessKilledBetweenTheStepsKeepsTheOriginal)
 {
     Fixture f("save-killed");
-    HANDLE flushed = CreateEventW(nullptr, TRUE, FALSE, childEvent);
+    const wchar_t event[] = L"Local\\winSafeSaveChildFlushed";
+    HANDLE flushed = CreateEventW(nullptr, TRUE, FALSE, event);
     ASSERT_NE(flushed, nullptr);
-    wchar_t exe[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, exe, MAX_PATH);
-    std::wstring commandLine = L"\"" + std::wstring(exe) + L"\" --gtest_filter=SafeSaveChild.StopsAfterTheFlush";
-    SetEnvironmentVariableW(childVariable, f.path.c_str());
-    // the child's own test report would only clutter this one
-    SECURITY_ATTRIBUTES inherit = {sizeof inherit, nullptr, TRUE};
-    HANDLE nul = CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0, nullptr);
+    std::wstring child = winText::fromUtf8(qt::hostPath(SAFE_SAVE_CHILD));
+    std::wstring commandLine =
+        L"\"" + child + L"\" \"" + f.path + L"\" \"" + winText::fromUtf8(replacement) + L"\" " + event;
     STARTUPINFOW si = {};
     si.cb = sizeof si;
-    si.dwFlags = STARTF_USESTDHANDLES;
-    si.hStdOutput = si.hStdError = nul;
     PROCESS_INFORMATION pi = {};
-    BOOL started = CreateProcessW(exe, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi);
-    CloseHandle(nul);
-    SetEnvironmentVariableW(childVariable, nullptr);
+    BOOL started =
+        CreateProcessW(child.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi);
     ASSERT_TRUE(started) << GetLastError();
     DWORD waited = WaitForSingleObject(flushed, 60000);
     TerminateProcess(pi.hProcess, 9);
