@@ -59,7 +59,7 @@ TEST_F(qwzAppCatalogTest, AnInstallationDirectoryHoldingASemicolonLoadsItsCatalo
     qt::writeFile(installed + "/German/LC_MESSAGES/quillon.mo",
                   qt::readFile(qt::dataPath("nls/little/German/LC_MESSAGES/quillon.mo")));
     qwzAppCatalog::setBaseDirectory(utString(qt::hostPath(installed).c_str()));
-    qt::setEnv("LC_ALL", "German");
+    env_.set("LC_ALL", "German");
     std::vector<std::string> seen;
     static std::vector<std::string>* reports = &seen;
     nlsDataBase::ReportHook saved = nlsDataBase::reportHook();
