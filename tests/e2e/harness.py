@@ -26,7 +26,8 @@ class _ResourceIds:
 
     def __getattr__(self, name):
         ids = {}
-        for path in (os.path.join(BUILD_DIR, "generated", "resourceIds.h"), os.path.join(SOURCE_DIR, "res", "resource.h")):
+        for path in (os.path.join(BUILD_DIR, "generated", "resourceIds.h"),
+                     os.path.join(SOURCE_DIR, "res", "resource.h")):
             with open(path, encoding="utf-8") as f:
                 ids.update((m.group(1), int(m.group(2))) for m in re.finditer(r"^#define (\w+) (\d+)$", f.read(), re.M))
         self.__dict__.update(ids)

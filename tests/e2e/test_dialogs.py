@@ -2,8 +2,8 @@
 check's verdict, the print preview's bar and the two questions before a save. Each static text and button
 is measured in its own font, inside the program (windowText fit), against the room its control gives it:
 a longer translation must not be cut, and no character may come out as an empty box (the Japanese
-glyphs come from the font links of scripts/wine-fonts.reg). One start per language; a screenshot of each dialog is kept as
-dialogs-<language>-<dialog>.png."""
+glyphs come from the font links of scripts/wine-fonts.reg). One start per language; a screenshot of each
+dialog is kept as dialogs-<language>-<dialog>.png, the measures as dialogs-fit.txt."""
 import collections
 import os
 import re
@@ -36,6 +36,11 @@ def fits(cls):
         if len(f) == 10 and f[0].lstrip("-").isdigit():
             rows.append(Fit(int(f[0]), f[1], f[2] == "1", *map(int, f[3:8]), f[8], f[9]))
     return rows
+
+
+def command(name):
+    """What posts the frame its command `name`."""
+    return lambda: h.post_command("winFrame", getattr(h.ID, name))
 
 
 def shown_dialog():
@@ -86,7 +91,6 @@ class Dialogs(h.QuillonTestCase):
             program = self.start(h.wine_path(self.path), env={"LC_MESSAGES": language,
                                                                 "QWZ_PRODUCT_SERVER": self.server_url})
             frame = h.wait_window(re.escape(DOCUMENT))
-            command = lambda name: lambda: h.post_command("winFrame", getattr(h.ID, name))  # noqa: E731
             self.modal(language, "goto", command("ID_EDIT_GOTO_LINE"))
             self.modal(language, "about", command("ID_APP_ABOUT"))
             self.modal(language, "find", command("ID_EDIT_FIND"))
