@@ -39,8 +39,11 @@ def fits(cls):
 
 
 def command(name):
-    """What posts the frame its command `name`."""
-    return lambda: h.post_command("winFrame", getattr(h.ID, name))
+    """What posts the frame its command `name`, once the frame is the visible window it was before the
+    last dialog (a dialog that has just closed can leave it hidden from the probe for a moment)."""
+    number = getattr(h.ID, name)
+    return lambda: h.eventually(lambda: h.wine(h.WINDOW_TEXT, "command", "winFrame", number).returncode == 0,
+                                what="the frame to take command %s" % name)
 
 
 def shown_dialog():

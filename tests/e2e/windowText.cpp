@@ -12,7 +12,7 @@
 // One line a window: id, class, enabled, visible, left, top, width, height (screen pixels), text (a status
 // bar's first part; UTF-8, "\n" escaped). A fit line: id, class, fits (1 or 0), the width and height the
 // text needs, the width and height the control has for it, how many of its characters the font draws as
-// the missing-glyph box, the face the font came out as, text.
+// the missing-glyph box, the face GetTextFace names, text.
 #include <windows.h>
 
 #include <commctrl.h>
