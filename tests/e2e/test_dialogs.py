@@ -1,9 +1,10 @@
 """Every dialog of the real quillon.exe in each of its six languages: Go To, About, Find, the version
 check's verdict, the print preview's bar and the two questions before a save. Each static text and button
-is measured in its own font, inside the program (windowText fit), against the room its control gives it:
-a longer translation must not be cut, and no character may come out as an empty box (the Japanese
-glyphs come from the font links of scripts/wine-fonts.reg). One start per language; a screenshot of each
-dialog is kept as dialogs-<language>-<dialog>.png, the measures as dialogs-fit.txt."""
+is measured in its own font, inside the program (windowText fit), against the room its control gives it,
+and the verdict's rich text must need no scrolling: a longer translation must not be cut, and no
+character may come out as an empty box (the Japanese glyphs come from scripts/wine-fonts.reg). One start
+per language; a screenshot of each dialog is kept as dialogs-<language>-<dialog>.png, the measures as
+dialogs-fit.txt."""
 import collections
 import os
 import re

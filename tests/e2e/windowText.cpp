@@ -7,8 +7,9 @@
 //   windowText command <class> <id> posts command <id> to the first visible top-level window of that class
 //   windowText button <class> <id> the toolbar button of command <id> in the first visible top-level window
 //                                   of that class, as a window line (its text empty)
-//   windowText fit <class>          for each visible window of that class, its visible static texts and
-//                                   buttons: whether the text, measured in the control's own font, fits
+//   windowText fit <class>          for each visible window of that class, its visible static texts,
+//                                   buttons and rich edit controls: whether the text, measured in the
+//                                   control's own font, fits, and whether its characters are in that font
 // One line a window: id, class, enabled, visible, left, top, width, height (screen pixels), text (a status
 // bar's first part; UTF-8, "\n" escaped). A fit line: id, class, fits (1 or 0), the width and height the
 // text needs, the width and height the control has for it, how many of its characters the font draws as

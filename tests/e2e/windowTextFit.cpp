@@ -1,9 +1,11 @@
 // The measuring half of `windowText fit`, loaded into the program under test by a message hook, so that
 // each control's text is measured in the control's own font, and its characters are looked for there:
-// for every visible static text and button of the window the hook's message is posted to, one line (see
-// windowText.cpp) into
+// for every visible static text, button and rich edit control of the window the hook's message is posted
+// to, one line (see windowText.cpp) into
 // %TEMP%\windowText-fit-<asking process>.txt, then the asker's event is set.
 #include <windows.h>
+
+#include <richedit.h>
 
 #include <cstdio>
 #include <cstring>
@@ -104,31 +106,93 @@ void utf8(FILE* out, const wchar_t* text)
     }
 }
 
+// What one control's text needs and has.
+struct Measure {
+    bool fits = false;
+    long needWidth = 0, needHeight = 0, width = 0, height = 0;
+    int missing = 0;
+    wchar_t face[LF_FACESIZE] = {};
+};
+
+// A static text or a button: its text laid out as the control lays it out, in the control's font.
+bool measureText(HWND window, const wchar_t* text, Measure& m)
+{
+    RECT room = {};
+    UINT flags = 0;
+    if (!textRoom(window, room, flags))
+        return false;
+    HFONT font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+    if (!font)
+        font = static_cast<HFONT>(GetStockObject(SYSTEM_FONT));
+    HDC dc = GetDC(window);
+    HGDIOBJ old = SelectObject(dc, font);
+    GetTextFaceW(dc, LF_FACESIZE, m.face);
+    RECT need = {0, 0, room.right - room.left, 0};
+    DrawTextW(dc, text, -1, &need, flags | DT_CALCRECT);
+    SelectObject(dc, old);
+    ReleaseDC(window, dc);
+    m.needWidth = need.right;
+    m.needHeight = need.bottom;
+    m.width = room.right - room.left;
+    m.height = room.bottom - room.top;
+    m.fits = m.needWidth <= m.width && m.needHeight <= m.height;
+    m.missing = missingGlyphs(font, text);
+    return true;
+}
+
+// A rich edit control shapes its text in the face of its character format alone, without the fonts
+// linked to it: its characters are looked for in that face. Its text fits when it needs no scrolling.
+bool measureRichEdit(HWND window, const wchar_t* text, Measure& m)
+{
+    CHARFORMAT2W format = {};
+    format.cbSize = sizeof format;
+    SendMessageW(window, EM_GETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&format));
+    HDC dc = GetDC(window);
+    LOGFONTW description = {};
+    description.lfHeight = -MulDiv(format.yHeight, GetDeviceCaps(dc, LOGPIXELSY), 1440);
+    description.lfWeight = (format.dwEffects & CFE_BOLD) ? FW_BOLD : format.wWeight;
+    description.lfCharSet = format.bCharSet;
+    description.lfPitchAndFamily = format.bPitchAndFamily;
+    lstrcpynW(description.lfFaceName, format.szFaceName, LF_FACESIZE);
+    HFONT font = CreateFontIndirectW(&description);
+    HGDIOBJ old = SelectObject(dc, font);
+    GetTextFaceW(dc, LF_FACESIZE, m.face);
+    for (const wchar_t* c = text; *c; ++c) {
+        WORD glyph = 0;
+        if (*c >= 0x80 && (*c < 0xD800 || *c >= 0xE000) &&
+            GetGlyphIndicesW(dc, c, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS) == 1 && glyph == 0xFFFF)
+            ++m.missing;
+    }
+    SelectObject(dc, old);
+    DeleteObject(font);
+    ReleaseDC(window, dc);
+    RECT client = {};
+    GetClientRect(window, &client);
+    SCROLLINFO scroll = {sizeof scroll, SIF_RANGE | SIF_PAGE, 0, 0, 0, 0, 0};
+    bool scrolls = GetScrollInfo(window, SB_VERT, &scroll) && scroll.nPage && scroll.nMax >= int(scroll.nPage);
+    m.width = m.needWidth = client.right;
+    m.height = client.bottom;
+    m.needHeight = scrolls ? scroll.nMax - scroll.nMin + 1 : client.bottom;
+    m.fits = !scrolls;
+    return true;
+}
+
 BOOL CALLBACK measure(HWND window, LPARAM out)
 {
     wchar_t text[4096] = {}, cls[64] = {};
     GetWindowTextW(window, text, 4096);
     GetClassNameW(window, cls, 64);
-    RECT room = {};
-    UINT flags = 0;
-    if (!IsWindowVisible(window) || !*text || !textRoom(window, room, flags))
+    Measure m;
+    if (!IsWindowVisible(window) || !*text)
         return TRUE;
-    HFONT font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
-    HDC dc = GetDC(window);
-    HGDIOBJ old = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
-    wchar_t face[LF_FACESIZE] = {};
-    GetTextFaceW(dc, LF_FACESIZE, face);
-    RECT need = {0, 0, room.right - room.left, 0};
-    DrawTextW(dc, text, -1, &need, flags | DT_CALCRECT);
-    SelectObject(dc, old);
-    ReleaseDC(window, dc);
-    long width = room.right - room.left, height = room.bottom - room.top;
+    if (!(_wcsnicmp(cls, L"RichEdit", 8) ? measureText(window, text, m) : measureRichEdit(window, text, m)))
+        return TRUE;
     FILE* f = reinterpret_cast<FILE*>(out);
     std::fprintf(f, "%d\t", GetDlgCtrlID(window));
     utf8(f, cls);
-    std::fprintf(f, "\t%d\t%ld\t%ld\t%ld\t%ld\t%d\t", need.right <= width && need.bottom <= height ? 1 : 0, need.right,
-                 need.bottom, width, height, missingGlyphs(font ? font : HFONT(GetStockObject(SYSTEM_FONT)), text));
-    utf8(f, face);
+    std::fprintf(f, "\t%d\t%ld\t%ld\t%ld\t%ld\t%d\t", m.fits ? 1 : 0, m.needWidth, m.needHeight, m.width, m.height,
+                 m.missing);
+    utf8(f, m.face);
     std::fputc('\t', f);
     utf8(f, text);
     std::fputc('\n', f);
