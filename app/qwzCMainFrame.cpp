@@ -8,6 +8,7 @@
 #include "app/qwzDib.h"
 #include "app/qwzInstallDir.h"
 #include "app/qwzVersionInfo.h"
+#include "document/qwzCQuillonDoc.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
 #include "win/winHtmlHelp.h"
@@ -87,6 +88,15 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
     }
     setBars(&toolBar_, &statusBar_);
     return true;
+}
+
+LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    // nobody may be there to answer "Save changes?" while an update restarts Windows
+    if (msg == WM_QUERYENDSESSION && (lParam & ENDSESSION_CLOSEAPP))
+        if (auto* doc = dynamic_cast<qwzCQuillonDoc*>(document()); doc && doc->keepForRestart())
+            return TRUE;
+    return winFrame::HandleMessage(msg, wParam, lParam);
 }
 
 HMENU qwzCMainFrame::loadMenu(unsigned id)

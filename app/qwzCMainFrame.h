@@ -51,6 +51,9 @@ protected:
     // Menu 128 translated; null (no menu) when it can't be loaded or translated.
     HMENU loadMenu(unsigned resourceId) override;
     bool OnCreate(const CREATESTRUCTW& cs) override;
+    // Closed by Windows for an update or an installer (ENDSESSION_CLOSEAPP), Quillon keeps the unsaved
+    // text in its recovery file and goes without asking; the restart offers the text again.
+    LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 
 private:

@@ -7,13 +7,16 @@
 #include <shellapi.h>
 
 #include "app/qwzCAboutDlg.h"
+#include "app/qwzCCrashReport.h"
 #include "app/qwzCMainFrame.h"
+#include "app/qwzCRecoveryDlg.h"
 #include "app/qwzCStaticWithLink.h"
 #include "app/qwzCText.h"
 #include "app/qwzInstallDir.h"
 #include "app/qwzStartup.h"
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
+#include "document/qwzRecoveryFile.h"
 #include "http/qwzCCheckVersionDlg.h"
 #include "resourceIds.h"
 #include "win/winCommandLineInfo.h"
@@ -97,13 +100,71 @@ bool qwzCQuillonApp::initInstance()
     DragAcceptFiles(frame->hwnd(), TRUE);
     ShowWindow(frame->hwnd(), showCommand());
     UpdateWindow(frame->hwnd());
+    startRecovery();
+    offerLeftTexts();
     runStartupVersionCheck(frame->hwnd());
+    return true;
+}
+
+void qwzCQuillonApp::startRecovery()
+{
+    auto* doc = static_cast<qwzCQuillonDoc*>(document());
+    recovery_ = std::make_unique<qwzCRecoveryKeeper>();
+    // without a folder nothing is kept, and Quillon works as before
+    if (!doc || !recovery_->start())
+        return;
+    recovery_->setSource([doc](qwzCRecoveryKeeper::Snapshot& snapshot) { return doc->recoverySnapshot(snapshot); });
+    doc->setRecovery(recovery_.get());
+    qwzCCrashReport::install(recovery_.get());
+    // an installer or an update that restarts Windows brings Quillon back, and with it the offer;
+    // a crash has its own report, and a hang is not worth a loop of restarts
+    RegisterApplicationRestart(L"", RESTART_NO_CRASH | RESTART_NO_HANG);
+}
+
+void qwzCQuillonApp::offerLeftTexts()
+{
+    if (!recovery_ || !recovery_->started())
+        return;
+    winFrame* frame = mainFrame();
+    for (const std::wstring& file : recovery_->claimLeftFiles()) {
+        qwzRecoveryRecord record;
+        if (qwzRecoveryFile::read(qwzUtf8(file).c_str(), record) != qwzRecoveryFile::ParseResult::Ok) {
+            messageBox(qwzMessage(IDS_RECOVERY_DAMAGED, qwzUtf8(file).c_str()), MB_OK | MB_ICONWARNING);
+            continue;
+        }
+        std::wstring name = record.path.empty() ? qwzMessage(IDS_UNTITLED) : qwzWide(record.path.c_str());
+        qwzCRecoveryDlg offer(frame ? frame->hwnd() : nullptr, name);
+        INT_PTR answer = offer.doModal();
+        if (answer == qwzCRecoveryDlg::discardAnswer)
+            recovery_->deleteLeftFile(file);
+        // one document at a time: the texts not restored now are offered at the next start
+        if (answer == IDOK && restoreLeftText(file))
+            return;
+    }
+}
+
+bool qwzCQuillonApp::restoreLeftText(const std::wstring& file)
+{
+    auto* doc = static_cast<qwzCQuillonDoc*>(document());
+    qwzRecoveryRecord record;
+    if (!doc || qwzRecoveryFile::read(qwzUtf8(file).c_str(), record) != qwzRecoveryFile::ParseResult::Ok ||
+        !doc->restore(record))
+        return false;
+    // the left file goes only once this run's own file holds the text
+    if (recovery_->writeNow() == qwzCRecoveryKeeper::Written::Yes)
+        recovery_->deleteLeftFile(file);
     return true;
 }
 
 int qwzCQuillonApp::exitInstance()
 {
     int code = quitEarly_ ? exitCode_ : winApp::exitInstance();
+    // a clean end: the text was saved or given up at the frame's question
+    if (recovery_) {
+        recovery_->finish();
+        // past this point a crash has no text to keep
+        qwzCCrashReport::install(nullptr);
+    }
     if (oleStarted_) {
         OleUninitialize();
         oleStarted_ = false;

@@ -4,6 +4,9 @@
 // accepts dropped files, and the start-up version check once that window is shown.
 #pragma once
 
+#include <memory>
+
+#include "document/qwzCRecoveryKeeper.h"
 #include "foundation/utString.h"
 #include "win/winApp.h"
 
@@ -34,7 +37,14 @@ public:
 private:
     // Steps before the installation tree: controls, rich edit, framework, OLE, settings, template.
     bool initWindowing();
+    // Starts keeping the document's unsaved text, the crash report and the restart after an update.
+    void startRecovery();
+    // Offers the texts that runs which did not end cleanly left behind, until one is restored.
+    void offerLeftTexts();
+    // Restores one left text into the document; false when its file cannot be read (the user was told).
+    bool restoreLeftText(const std::wstring& file);
 
+    std::unique_ptr<qwzCRecoveryKeeper> recovery_;
     bool oleStarted_ = false;
     int exitCode_ = 0;
     bool quitEarly_ = false;

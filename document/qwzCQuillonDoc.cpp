@@ -1,18 +1,22 @@
-// The text document. A file is read with one read into a buffer of its size, rendered in place, and
-// converted in one counting and one converting pass straight into the edit control's buffer; the bytes
-// are freed before the control lays the text out, so the peak is the file plus one UTF-16 copy.
+// The text document. A file is read with one read into a buffer of its size, decoded to UTF-8 (in place
+// for UTF-8, into a buffer sized by a counting pass for UTF-16), rendered in place, and converted in one
+// counting and one converting pass straight into the edit control's buffer; the bytes are freed before
+// the control lays the text out, so the peak is the file plus one UTF-16 copy (plus its UTF-8 for UTF-16).
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
+#include <string_view>
 
 #include "app/qwzCText.h"
 #include "document/qwzCEditOutput.h"
 #include "document/qwzCQuillonView.h"
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
+#include "document/qwzRecoveryFile.h"
 #include "foundation/utPath.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
@@ -50,6 +54,57 @@ ReadResult readWhole(const utString& path, std::unique_ptr<char[]>& bytes, std::
     return ReadResult::Ok;
 }
 
+// Decodes UTF-16 in pieces into `out`, or only counts with a null `out`; returns the UTF-8 bytes.
+std::size_t decodeUtf16(utEncoding encoding, const char* in, std::size_t size, char* out, bool& exact)
+{
+    constexpr std::size_t piece = 64 * 1024;
+    utTextDecoder decoder(encoding);
+    std::string part;
+    std::size_t used = 0;
+    auto take = [&] {
+        if (out)
+            std::memcpy(out + used, part.data(), part.size());
+        used += part.size();
+        part.clear();
+    };
+    for (std::size_t at = 0; at < size; at += piece) {
+        decoder.decode(in + at, size - at < piece ? size - at : piece, part);
+        take();
+    }
+    decoder.finish(part);
+    take();
+    exact = decoder.exact();
+    return used;
+}
+
+// Puts the file's text as UTF-8, its mark dropped, in place of its bytes; false when memory is short.
+bool toUtf8(const utTextProbe& probe, std::unique_ptr<char[]>& bytes, std::size_t& size, bool& exact)
+{
+    exact = true;
+    const char* text = bytes.get() + probe.markLength;
+    std::size_t length = size - probe.markLength;
+    if (probe.encoding == utEncoding::Utf8 || probe.encoding == utEncoding::Utf8Bom) {
+        std::memmove(bytes.get(), text, length);
+        size = length;
+        bytes[size] = '\0';
+        return true;
+    }
+    std::size_t utf8Size = decodeUtf16(probe.encoding, text, length, nullptr, exact);
+    std::unique_ptr<char[]> utf8(new (std::nothrow) char[utf8Size + 1]);
+    if (!utf8)
+        return false;
+    decodeUtf16(probe.encoding, text, length, utf8.get(), exact);
+    utf8[utf8Size] = '\0';
+    bytes = std::move(utf8);
+    size = utf8Size;
+    return true;
+}
+
+bool isUtf16(utEncoding encoding)
+{
+    return encoding == utEncoding::Utf16LE || encoding == utEncoding::Utf16BE;
+}
+
 } // namespace
 
 qwzCQuillonView* qwzCQuillonDoc::getView() const
@@ -84,6 +139,11 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
 bool qwzCQuillonDoc::onNewDocument()
 {
     alteredFile_.clear();
+    encoding_ = utEncoding::Utf8;
+    utf16WithoutMark_ = false;
+    // the template asked about the old text first: it was saved or given up
+    if (recovery_)
+        recovery_->discard();
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -98,6 +158,10 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
     alteredFile_.clear();
+    encoding_ = utEncoding::Utf8;
+    utf16WithoutMark_ = false;
+    if (recovery_)
+        recovery_->discard();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -116,7 +180,15 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
         tellUser(IDS_FILE_NOT_FOUND, path);
         return Missing;
     }
-    if (read == ReadResult::Ok && std::memchr(bytes.get(), '\0', size) != nullptr) {
+    utTextProbe probe = {true, utEncoding::Utf8, 0};
+    bool decodedExactly = true;
+    if (read == ReadResult::Ok) {
+        probe = utProbeText(bytes.get(), size);
+        if (probe.isText && !toUtf8(probe, bytes, size, decodedExactly))
+            read = ReadResult::TooLarge;
+    }
+    // the control ends its text at the first NUL: refuse rather than show a silently cut file
+    if (read == ReadResult::Ok && (!probe.isText || std::memchr(bytes.get(), '\0', size) != nullptr)) {
         tellUser(IDS_FILE_HAS_NUL, path);
         return HasNul;
     }
@@ -134,15 +206,23 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     setDocumentPath(path);
     percentsCollapsed_ = length != size;
     notUtf8_ = !exact;
-    alteredFile_ = percentsCollapsed_ || notUtf8_ ? pathName() : std::wstring();
+    notUtf16_ = !decodedExactly;
+    encoding_ = probe.encoding;
+    utf16WithoutMark_ = probe.markLength == 0 && isUtf16(probe.encoding);
+    alteredFile_ = percentsCollapsed_ || notUtf8_ || notUtf16_ ? pathName() : std::wstring();
     return Loaded;
 }
 
 void qwzCQuillonDoc::serialize(std::string& bytes)
 {
     bytes.clear();
-    if (qwzCQuillonView* view = getView())
-        bytes = qwzUtf8(view->text()).str();
+    qwzCQuillonView* view = getView();
+    if (!view)
+        return;
+    std::wstring text = view->text();
+    bytes = utEncodeText(std::u16string_view(reinterpret_cast<const char16_t*>(text.data()), text.size()), encoding_);
+    if (utf16WithoutMark_)
+        bytes.erase(0, 2);
 }
 
 winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
@@ -154,6 +234,8 @@ winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
         text += qwzMessage(IDS_SAVE_ALTERS_PERCENT);
     if (notUtf8_)
         text += qwzMessage(IDS_SAVE_ALTERS_UTF8);
+    if (notUtf16_)
+        text += qwzMessage(IDS_SAVE_ALTERS_UTF16);
     text += qwzMessage(IDS_SAVE_ALTERS_QUESTION);
     // No is the default: Enter must not change the file
     switch (ask(text, MB_YESNOCANCEL | MB_ICONWARNING | MB_DEFBUTTON2)) {
@@ -172,6 +254,54 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
         return false;
     if (isSameFile(path, alteredFile_))
         alteredFile_.clear();
+    if (recovery_)
+        recovery_->discard();
+    return true;
+}
+
+void qwzCQuillonDoc::setRecovery(qwzCRecoveryKeeper* keeper)
+{
+    recovery_ = keeper;
+}
+
+void qwzCQuillonDoc::noteEdit()
+{
+    if (recovery_)
+        recovery_->noteEdit();
+}
+
+bool qwzCQuillonDoc::recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const
+{
+    qwzCQuillonView* view = getView();
+    if (!isModified() || !view || !view->hwnd())
+        return false;
+    snapshot.text = view->text();
+    snapshot.path = pathName();
+    snapshot.encoding = encoding_;
+    size_t start = 0, end = 0;
+    view->selection(start, end);
+    snapshot.caret = end;
+    return true;
+}
+
+bool qwzCQuillonDoc::keepForRestart()
+{
+    return recovery_ && recovery_->writeNow() != qwzCRecoveryKeeper::Written::Failed;
+}
+
+bool qwzCQuillonDoc::restore(const qwzRecoveryRecord& record)
+{
+    qwzCQuillonView* view = getView();
+    if (!view || !view->setText(qwzWide(record.text.c_str(), static_cast<int>(record.text.size()))))
+        return false;
+    alteredFile_.clear();
+    keepUntitled_ = false;
+    // a save goes back in the encoding the file came in (a UTF-16 file gets its mark)
+    encoding_ = record.encoding;
+    utf16WithoutMark_ = false;
+    setDocumentPath(utString(record.path.c_str()));
+    setModified(true);
+    view->setSelection(record.caret, record.caret);
     return true;
 }
 

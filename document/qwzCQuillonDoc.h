@@ -1,20 +1,30 @@
 // Quillon's document: one plain-text file shown in the view, which is the only store of its text. A file
-// is read in one piece and shown through the edit channel with "%%" rendered as "%" and nothing else
-// interpreted; saving writes the view's text as UTF-8 with CR-LF and no byte-order mark. When the text
-// shown is not the file's (a doubled per cent sign shown as one, bytes that are not UTF-8), the first
-// save over that file asks first.
+// is read in one piece, decoded from the encoding its first bytes show (UTF-8 unless a byte-order mark or
+// unambiguous evidence says UTF-16) and shown through the edit channel with "%%" rendered as "%" and
+// nothing else interpreted; saving writes the view's text with CR-LF in the document's encoding (UTF-8
+// with no mark for a new document). When the text shown is not the file's (a doubled per cent sign shown
+// as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first.
 #pragma once
 
+#include "document/qwzCRecoveryKeeper.h"
 #include "foundation/utString.h"
+#include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
 
 class qwzCQuillonView;
+struct qwzRecoveryRecord;
 
 class qwzCQuillonDoc : public winDocument
 {
 public:
     // Why a file was not shown.
     enum LoadResult { Loaded, Missing, TooLarge, HasNul };
+
+    // What the file was read in and is saved in.
+    utEncoding encoding() const
+    {
+        return encoding_;
+    }
 
     // The only view of the document; null before the template attached it.
     qwzCQuillonView* getView() const;
@@ -38,6 +48,20 @@ public:
     SaveChoice confirmSave(const std::wstring& target) override;
     bool onSaveDocument(const std::wstring& path) override;
 
+    // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
+    // unsaved text is gone.
+    void setRecovery(qwzCRecoveryKeeper* keeper);
+    // The text changed in the view.
+    void noteEdit();
+    // The unsaved text as the keeper writes it; false when the document is not modified.
+    bool recoverySnapshot(qwzCRecoveryKeeper::Snapshot& snapshot) const;
+    // Writes the unsaved text to the recovery file now, for a restart by Windows; false when it is not
+    // kept (no keeper, or the write failed), so that the user must be asked.
+    bool keepForRestart();
+    // Shows a recovered text as a modified document under its original path ("Untitled" when it had
+    // none), the caret where it was; false when the view cannot hold it.
+    bool restore(const qwzRecoveryRecord& record);
+
 private:
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
@@ -50,4 +74,9 @@ private:
     std::wstring alteredFile_;
     bool percentsCollapsed_ = false;
     bool notUtf8_ = false;
+    qwzCRecoveryKeeper* recovery_ = nullptr;
+    bool notUtf16_ = false;
+    utEncoding encoding_ = utEncoding::Utf8;
+    // A UTF-16 file that came without a mark is saved without one.
+    bool utf16WithoutMark_ = false;
 };

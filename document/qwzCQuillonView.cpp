@@ -3,6 +3,7 @@
 #include "document/qwzCQuillonView.h"
 
 #include "document/qwzCGoToLineDlg.h"
+#include "document/qwzCQuillonDoc.h"
 #include "win/winApp.h"
 
 qwzCQuillonView::~qwzCQuillonView()
@@ -55,6 +56,14 @@ void qwzCQuillonView::clearView()
         TranslateMessage(&msg);
         DispatchMessageW(&msg);
     }
+}
+
+void qwzCQuillonView::OnControlNotify(unsigned code)
+{
+    winEditView::OnControlNotify(code);
+    if (code == EN_CHANGE)
+        if (auto* doc = static_cast<qwzCQuillonDoc*>(document()))
+            doc->noteEdit();
 }
 
 bool qwzCQuillonView::onCommand(unsigned id)

@@ -29,6 +29,9 @@ public:
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 
+    // A change of the text also tells the document's recovery keeper.
+    void OnControlNotify(unsigned code) override;
+
     // Prints in the display font's 10 pt, made for the printer's own resolution.
     LOGFONTW printerFont(HDC printer) const override;
 

@@ -10,7 +10,7 @@
 namespace
 {
 constexpr std::size_t probeWindow = 64 * 1024;
-constexpr char replacement[] = "\xEF\xBF\xBD";
+constexpr char32_t replacement = 0xFFFD;
 
 bool hasMark(const unsigned char* b, std::size_t size, const char* mark, std::size_t length)
 {
@@ -56,22 +56,23 @@ bool looksLikeUtf16(const unsigned char* b, std::size_t size, bool bigEndian)
     return true;
 }
 
-void appendUtf8(char32_t v, std::string& out)
+// Writes `v` as UTF-8 at `p` and moves past it.
+void putUtf8(char32_t v, char*& p)
 {
     if (v < 0x80) {
-        out += static_cast<char>(v);
+        *p++ = static_cast<char>(v);
     } else if (v < 0x800) {
-        out += static_cast<char>(0xC0 | (v >> 6));
-        out += static_cast<char>(0x80 | (v & 0x3F));
+        *p++ = static_cast<char>(0xC0 | (v >> 6));
+        *p++ = static_cast<char>(0x80 | (v & 0x3F));
     } else if (v < 0x10000) {
-        out += static_cast<char>(0xE0 | (v >> 12));
-        out += static_cast<char>(0x80 | ((v >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (v & 0x3F));
+        *p++ = static_cast<char>(0xE0 | (v >> 12));
+        *p++ = static_cast<char>(0x80 | ((v >> 6) & 0x3F));
+        *p++ = static_cast<char>(0x80 | (v & 0x3F));
     } else {
-        out += static_cast<char>(0xF0 | (v >> 18));
-        out += static_cast<char>(0x80 | ((v >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((v >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (v & 0x3F));
+        *p++ = static_cast<char>(0xF0 | (v >> 18));
+        *p++ = static_cast<char>(0x80 | ((v >> 12) & 0x3F));
+        *p++ = static_cast<char>(0x80 | ((v >> 6) & 0x3F));
+        *p++ = static_cast<char>(0x80 | (v & 0x3F));
     }
 }
 
@@ -140,43 +141,54 @@ void utTextDecoder::decode(const char* bytes, std::size_t size, std::string& out
 void utTextDecoder::decodeUtf16(const unsigned char* bytes, std::size_t size, std::string& out)
 {
     bool bigEndian = encoding_ == utEncoding::Utf16BE;
+    // room for the worst case, written through a pointer: a unit gives at most 3 bytes, but the first one
+    // 6 when it ends a held high surrogate without completing it (U+FFFD, then itself)
+    std::size_t start = out.size();
+    out.resize(start + (size / 2 + 2) * 3);
+    char* p = out.data() + start;
     std::size_t i = 0;
     if (heldCount_ == 1 && size > 0) {
         unsigned char pair[2] = {held_[0], bytes[0]};
-        unit(unitAt(pair, bigEndian), out);
+        unit(unitAt(pair, bigEndian), p);
         heldCount_ = 0;
         i = 1;
     }
-    for (; size - i >= 2; i += 2)
-        unit(unitAt(bytes + i, bigEndian), out);
+    for (; size - i >= 2; i += 2) {
+        char16_t u = unitAt(bytes + i, bigEndian);
+        if (u < 0x80 && high_ == 0)
+            *p++ = static_cast<char>(u);
+        else
+            unit(u, p);
+    }
     if (i < size) {
         held_[0] = bytes[i];
         heldCount_ = 1;
     }
+    out.resize(static_cast<std::size_t>(p - out.data()));
 }
 
-void utTextDecoder::unit(char16_t u, std::string& out)
+void utTextDecoder::unit(char16_t u, char*& p)
 {
     if (high_ != 0) {
         char16_t high = high_;
         high_ = 0;
         if (isLow(u)) {
-            appendUtf8(0x10000 + ((static_cast<char32_t>(high) - 0xD800) << 10) + (u - 0xDC00), out);
+            putUtf8(0x10000 + ((static_cast<char32_t>(high) - 0xD800) << 10) + (u - 0xDC00), p);
             return;
         }
-        replace(out);
+        replace(p);
     }
     if (isHigh(u))
         high_ = u;
     else if (isLow(u))
-        replace(out);
+        replace(p);
     else
-        appendUtf8(u, out);
+        putUtf8(u, p);
 }
 
-void utTextDecoder::replace(std::string& out)
+void utTextDecoder::replace(char*& p)
 {
-    out += replacement;
+    putUtf8(replacement, p);
     exact_ = false;
 }
 
@@ -187,14 +199,17 @@ void utTextDecoder::finish(std::string& out)
         heldCount_ = 0;
         return;
     }
+    char rest[6];
+    char* p = rest;
     if (high_ != 0) {
         high_ = 0;
-        replace(out);
+        replace(p);
     }
     if (heldCount_ != 0) {
         heldCount_ = 0;
-        replace(out);
+        replace(p);
     }
+    out.append(rest, static_cast<std::size_t>(p - rest));
 }
 
 std::string utEncodeText(std::u16string_view units, utEncoding encoding)

@@ -41,8 +41,9 @@ public:
 
 private:
     void decodeUtf16(const unsigned char* bytes, std::size_t size, std::string& out);
-    void unit(char16_t u, std::string& out);
-    void replace(std::string& out);
+    // Writes what unit `u` completes at `p` and moves past it.
+    void unit(char16_t u, char*& p);
+    void replace(char*& p);
 
     utEncoding encoding_;
     bool exact_ = true;

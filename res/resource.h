@@ -19,3 +19,8 @@
 // Check For Later Version: the message with its link, then the OK button (IDOK)
 #define IDD_CHECK_VERSION 361
 #define IDC_VERSION_MESSAGE 275
+
+// Recovery of unsaved text: the message naming the text, then Restore (IDOK) and Discard
+#define IDD_RECOVERY 339
+#define IDC_RECOVERY_MESSAGE 338
+#define IDC_RECOVERY_DISCARD 337

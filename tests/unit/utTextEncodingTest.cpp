@@ -160,6 +160,7 @@ const DecodeCase decodeCases[] = {
     {"LE one byte", utEncoding::Utf16LE, "a", fffd, false},
     {"LE high at the end", utEncoding::Utf16LE, "a\0\x3D\xD8"s, "a" + fffd, false},
     {"LE high then letter", utEncoding::Utf16LE, "\x3D\xD8x\0"s, fffd + "x", false},
+    {"LE high then a character past U+07FF", utEncoding::Utf16LE, "\x3D\xD8\xE5\x65", fffd + "\xE6\x97\xA5", false},
     {"LE high then odd byte", utEncoding::Utf16LE, "\x3D\xD8x"s, fffd + fffd, false},
     {"LE lone low", utEncoding::Utf16LE,
      "\x00\xDE"

@@ -1,6 +1,7 @@
 // Quillon's document and view as a user meets them: files opened into the view (line ends, UTF-8),
 // saved back as UTF-8 with CR-LF through the real commands, the question before a save over a file that
-// is not shown as it is, files that cannot be shown, the title, Save As, the font and the wrapping view.
+// is not shown as it is, files that cannot be shown, the title, Save As (in the document's own encoding),
+// the font and the wrapping view.
 #include "quillonTestApp.h"
 
 #include "app/qwzAppCatalog.h"
@@ -74,6 +75,7 @@ struct AlteredCase {
     std::vector<int> answers;        // message boxes, in order
     std::vector<std::wstring> names; // Save As answers: L"*" is the file itself, L"+" another name
     bool written, otherWritten, stillOpen;
+    bool notUtf16 = false;
 };
 
 TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
@@ -88,6 +90,18 @@ TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
         {"Save As onto the file asks too", batch, shown, true, false, saveAs, {IDYES}, {L"*"}, true, false, true},
         {"not UTF-8", "a\xC3(\x80\n", "a?(\xC2\x80\r\n", false, true, save, {IDYES}, {}, true, false, true},
         {"both", "%%\xFF", "%?", true, true, save, {IDYES}, {}, true, false, true},
+        {"UTF-16 with a lone surrogate and an odd last byte",
+         std::string("\xFF\xFE%\0%\0\x3D\xD8!\0?", 11),
+         std::string("\xFF\xFE%\0\xFD\xFF!\0\xFD\xFF", 10),
+         true,
+         false,
+         save,
+         {IDYES},
+         {},
+         true,
+         false,
+         true,
+         true},
         {"close: save, Cancel", batch, shown, true, false, WM_CLOSE, {IDYES, IDCANCEL}, {}, false, false, true},
         {"close: save, Yes", batch, shown, true, false, WM_CLOSE, {IDYES, IDYES}, {}, true, false, false},
     };
@@ -110,6 +124,7 @@ TEST(QuillonDocument, ASaveOverAFileShownOtherwiseAsksFirst)
         std::wstring question = qwzMessage(IDS_SAVE_ALTERS_FILE, wt::narrow(path).c_str()) +
                                 (c.percent ? qwzMessage(IDS_SAVE_ALTERS_PERCENT) : L"") +
                                 (c.notUtf8 ? qwzMessage(IDS_SAVE_ALTERS_UTF8) : L"") +
+                                (c.notUtf16 ? qwzMessage(IDS_SAVE_ALTERS_UTF16) : L"") +
                                 qwzMessage(IDS_SAVE_ALTERS_QUESTION);
         ASSERT_EQ(app.boxes.size(), c.answers.size()) << c.what;
         const auto& asked = app.boxes.back();
@@ -150,6 +165,11 @@ TEST(QuillonDocument, FilesThatCannotBeShownAreRefusedWithAMessage)
     const Refused cases[] = {
         {"missing", "", 0, IDS_FILE_NOT_FOUND},
         {"NUL byte", std::string("text\0more", 9), 0, IDS_FILE_HAS_NUL},
+        {"NUL byte past the first 64 KiB", std::string(70000, 'a') + std::string(1, '\0'), 0, IDS_FILE_HAS_NUL},
+        {"NUL unit in UTF-16 past the first 64 KiB", "\xFF\xFE" + std::string(70000, 'a') + std::string(2, '\0') + "b",
+         0, IDS_FILE_HAS_NUL},
+        {"UTF-32 taken for UTF-16 with NUL units", std::string("\xFF\xFE\0\0a\0\0\0", 8), 0, IDS_FILE_HAS_NUL},
+        {"an executable's header", std::string("MZ\x90\0\x03\0\0\0", 8), 0, IDS_FILE_HAS_NUL},
         {"over the control's limit", "0123456789\n0123456789", 16, IDS_FILE_TOO_LARGE},
     };
     for (const auto& c : cases) {
@@ -223,6 +243,40 @@ TEST(QuillonDocument, NewSaveAndSaveAsChooseTheirTarget)
     EXPECT_EQ(wt::readWide(second), "second");
     EXPECT_EQ(app.doc()->pathName(), third);
     EXPECT_TRUE(app.boxes.empty()) << wt::narrow(app.boxes[0].text);
+}
+
+// Save As writes the document's own encoding under the new name; a new document, or an empty one left by a
+// file that could not be shown, is UTF-8 with no mark again.
+TEST(QuillonDocument, SaveAsKeepsTheEncodingAndANewDocumentIsUtf8)
+{
+    wt::clearSettings(L"quillonTests-doc");
+    QuillonTestApp app(L"quillonTests-doc");
+    std::wstring dir = wt::scratch("qdoc-encoding");
+    const std::string bigEndian("\xFE\xFF\0h\0i", 6);
+    ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-encoding-be", L"be.txt", bigEndian)), nullptr);
+    EXPECT_EQ(app.view()->text(), L"hi");
+    HWND frame = app.mainFrame()->hwnd();
+    app.fileAnswers = {dir + L"\\copy.txt"};
+    SendMessageW(frame, WM_COMMAND, saveAs, 0);
+    EXPECT_EQ(wt::readWide(dir + L"\\copy.txt"), bigEndian);
+
+    SendMessageW(frame, WM_COMMAND, 57600, 0);
+    app.view()->setText(L"new \u00e9");
+    app.doc()->setModified();
+    app.fileAnswers = {dir + L"\\new.txt"};
+    SendMessageW(frame, WM_COMMAND, save, 0);
+    EXPECT_EQ(wt::readWide(dir + L"\\new.txt"), "new \xC3\xA9");
+    EXPECT_TRUE(app.boxes.empty()) << wt::narrow(app.boxes.front().text);
+
+    ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-encoding-be", L"be.txt", bigEndian)), nullptr);
+    ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-encoding-nul", L"nul.txt", std::string("\xFF\xFE\0\0", 4))),
+              nullptr);
+    EXPECT_EQ(app.boxes.size(), 1u) << "the file with a NUL unit is refused";
+    app.view()->setText(L"left");
+    app.doc()->setModified();
+    app.fileAnswers = {dir + L"\\left.txt"};
+    SendMessageW(frame, WM_COMMAND, save, 0);
+    EXPECT_EQ(wt::readWide(dir + L"\\left.txt"), "left");
 }
 
 TEST(QuillonView, TheFontIsCourierNewOfTenPoints)
