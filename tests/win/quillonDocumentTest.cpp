@@ -260,7 +260,7 @@ TEST(QuillonDocument, SaveAsKeepsTheEncodingAndANewDocumentIsUtf8)
     SendMessageW(frame, WM_COMMAND, saveAs, 0);
     EXPECT_EQ(wt::readWide(dir + L"\\copy.txt"), bigEndian);
 
-    SendMessageW(frame, WM_COMMAND, 57600, 0);
+    SendMessageW(frame, WM_COMMAND, ID_FILE_NEW, 0);
     app.view()->setText(L"new \u00e9");
     app.doc()->setModified();
     app.fileAnswers = {dir + L"\\new.txt"};
