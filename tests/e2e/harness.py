@@ -3,6 +3,7 @@
 # the prefix's wineserver is stopped once, at the end of a test file (end_wine in tearDownModule).
 import collections
 import gettext
+import glob
 import os
 import re
 import signal
@@ -310,6 +311,12 @@ class Image:
 
     def ink(self, top, bottom, limit=100):
         return sum(1 for y in range(top, bottom) for x in range(self.width) if self.dark(x, y, limit))
+
+
+def recovery_files(prefix=None):
+    """The recovery files in the prefix's %LOCALAPPDATA%\\Tarvik\\Quillon\\Recovery, whatever Wine calls that."""
+    pattern = os.path.join(prefix or WINEPREFIX, "drive_c", "users", "*", "**", "Tarvik", "Quillon", "Recovery", "*")
+    return sorted(glob.glob(pattern, recursive=True))
 
 
 def end_wine():

@@ -5,6 +5,7 @@
 //   windowText frame <title part>   the first visible top-level window whose title holds the text, then
 //                                   its children
 //   windowText command <class> <id> posts command <id> to the first visible top-level window of that class
+//                                   (a dialog owned by another window is one)
 //   windowText button <class> <id> the toolbar button of command <id> in the first visible top-level window
 //                                   of that class, as a window line (its text empty)
 //   windowText fit <class>          for each visible window of that class, its visible static texts,
@@ -169,7 +170,7 @@ int wmain(int argc, wchar_t** argv)
     EnumWindows(frame ? titled : collectTop, 0);
     if (command || button) {
         for (HWND window : found)
-            if (!GetParent(window) && IsWindowVisible(window))
+            if (!(GetWindowLongW(window, GWL_STYLE) & WS_CHILD) && IsWindowVisible(window))
                 return command ? (PostMessageW(window, WM_COMMAND, WPARAM(_wtoi(argv[3])), 0) ? 0 : 1)
                                : printButton(window, _wtoi(argv[3]));
         return 1;
