@@ -172,6 +172,18 @@ int qwzCQuillonApp::exitInstance()
     return code;
 }
 
+bool qwzCQuillonApp::preTranslateMessage(MSG& msg)
+{
+    if (msg.message == WM_KEYDOWN && msg.wParam == VK_ESCAPE) {
+        auto* doc = static_cast<qwzCQuillonDoc*>(document());
+        if (doc && doc->loading()) {
+            doc->stopLoading();
+            return true;
+        }
+    }
+    return winApp::preTranslateMessage(msg);
+}
+
 bool qwzCQuillonApp::onCommand(unsigned id)
 {
     if (id == appAboutCommand) {

@@ -26,6 +26,8 @@ public:
 
     bool initInstance() override;
     int exitInstance() override;
+    // Esc stops a load of text still arriving (and is not a key for anything else then).
+    bool preTranslateMessage(MSG& msg) override;
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
 

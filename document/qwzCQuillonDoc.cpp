@@ -1,7 +1,7 @@
 // The text document. A file is read with one read into a buffer of its size, decoded to UTF-8 (in place
-// for UTF-8, into a buffer sized by a counting pass for UTF-16), rendered in place, and converted in one
-// counting and one converting pass straight into the edit control's buffer; the bytes are freed before
-// the control lays the text out, so the peak is the file plus one UTF-16 copy (plus its UTF-8 for UTF-16).
+// for UTF-8, into a buffer sized by a counting pass for UTF-16) and rendered in place; the loader converts
+// it piece by piece into the edit control's buffer, sized once for the whole text, so the peak stays the
+// file plus one UTF-16 copy (plus its UTF-8 for UTF-16).
 #include "document/qwzCQuillonDoc.h"
 
 #include <cstdio>
@@ -12,7 +12,6 @@
 #include <string_view>
 
 #include "app/qwzCText.h"
-#include "document/qwzCEditOutput.h"
 #include "document/qwzCQuillonView.h"
 #include "document/qwzEditText.h"
 #include "document/qwzPercentRender.h"
@@ -20,6 +19,7 @@
 #include "foundation/utPath.h"
 #include "resourceIds.h"
 #include "win/winApp.h"
+#include "win/winFrame.h"
 
 namespace
 {
@@ -138,7 +138,9 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
 
 bool qwzCQuillonDoc::onNewDocument()
 {
+    stopLoading();
     alteredFile_.clear();
+    partial_ = false;
     encoding_ = utEncoding::Utf8;
     utf16WithoutMark_ = false;
     // the template asked about the old text first: it was saved or given up
@@ -153,11 +155,14 @@ bool qwzCQuillonDoc::onNewDocument()
 
 bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
 {
+    // before the view is emptied: the loop that shows the empty view would append the old text's next piece
+    stopLoading();
     if (qwzCQuillonView* view = getView())
         view->clearView();
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
     alteredFile_.clear();
+    partial_ = false;
     encoding_ = utEncoding::Utf8;
     utf16WithoutMark_ = false;
     if (recovery_)
@@ -198,12 +203,26 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     std::size_t length = read == ReadResult::Ok ? qwzPercentRender::renderInPlace(bytes.get(), size) : 0;
     bool exact = true;
     std::size_t units = read == ReadResult::Ok ? qwzEditText::unitCount(bytes.get(), length, &exact) : 0;
-    if (read == ReadResult::TooLarge || units > limit || units > qwzEditText::maxUnits ||
-        !qwzCEditOutput(view).writeFileText(std::move(bytes), length, units)) {
+    if (read == ReadResult::TooLarge || units > limit || units > qwzEditText::maxUnits) {
         tellUser(IDS_FILE_TOO_LARGE, path);
         return TooLarge;
     }
+    std::string text;
+    try {
+        text.assign(bytes.get(), length);
+    } catch (const std::bad_alloc&) {
+        tellUser(IDS_FILE_TOO_LARGE, path);
+        return TooLarge;
+    }
+    bytes.reset();
     setDocumentPath(path);
+    // the file's name without its folder: a progress text with a long path would be cut off
+    const std::string full = path.str();
+    const std::size_t slash = full.find_last_of("\\/");
+    loadName_ = utString::copyOf(full.substr(slash == std::string::npos ? 0 : slash + 1));
+    opening_ = true;
+    appendText(std::move(text));
+    opening_ = false;
     percentsCollapsed_ = length != size;
     notUtf8_ = !exact;
     notUtf16_ = !decodedExactly;
@@ -211,6 +230,65 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     utf16WithoutMark_ = probe.markLength == 0 && isUtf16(probe.encoding);
     alteredFile_ = percentsCollapsed_ || notUtf8_ || notUtf16_ ? pathName() : std::wstring();
     return Loaded;
+}
+
+void qwzCQuillonDoc::appendText(std::string utf8)
+{
+    qwzCQuillonView* view = getView();
+    if (!view || !view->hwnd())
+        return;
+    if (!loader_.progress) {
+        loader_.progress = [this](int percent) { onLoadProgress(percent); };
+        loader_.ended = [this](bool whole) { onLoadEnded(whole); };
+    }
+    if (!loader_.loading()) {
+        openLoad_ = opening_;
+        if (!opening_)
+            loadName_ = qwzUtf8(title());
+    }
+    loader_.append(view->hwnd(), std::move(utf8));
+}
+
+void qwzCQuillonDoc::stopLoading()
+{
+    loader_.stop();
+}
+
+void qwzCQuillonDoc::onLoadProgress(int percent)
+{
+    winFrame* window = frame();
+    if (!window)
+        return;
+    if (!progressShown_) {
+        progressShown_ = true;
+        paneText_ = window->messageText();
+        window->setBackgroundWork(true);
+        // the bars are brought up to date when the loop falls idle, which it seldom does during a load
+        window->onIdleUpdate();
+    }
+    window->setMessageText(
+        qwzMessage(openLoad_ ? IDS_OPENING_PROGRESS : IDS_APPENDING_PROGRESS, loadName_.c_str(), percent));
+}
+
+void qwzCQuillonDoc::onLoadEnded(bool whole)
+{
+    if (!whole && !pathName().empty()) {
+        partial_ = true;
+        alteredFile_ = pathName();
+    }
+    winFrame* window = frame();
+    if (!window || !progressShown_)
+        return;
+    progressShown_ = false;
+    window->setMessageText(paneText_);
+    window->setBackgroundWork(false);
+    window->onIdleUpdate();
+}
+
+bool qwzCQuillonDoc::saveModified()
+{
+    stopLoading();
+    return winDocument::saveModified();
 }
 
 void qwzCQuillonDoc::serialize(std::string& bytes)
@@ -234,6 +312,8 @@ winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
         text += qwzMessage(IDS_SAVE_ALTERS_PERCENT);
     if (notUtf8_)
         text += qwzMessage(IDS_SAVE_ALTERS_UTF8);
+    if (partial_)
+        text += qwzMessage(IDS_SAVE_ALTERS_PARTIAL);
     if (notUtf16_)
         text += qwzMessage(IDS_SAVE_ALTERS_UTF16);
     text += qwzMessage(IDS_SAVE_ALTERS_QUESTION);
@@ -252,8 +332,10 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
 {
     if (!winDocument::onSaveDocument(path))
         return false;
-    if (isSameFile(path, alteredFile_))
+    if (isSameFile(path, alteredFile_)) {
         alteredFile_.clear();
+        partial_ = false;
+    }
     if (recovery_)
         recovery_->discard();
     return true;
@@ -291,10 +373,12 @@ bool qwzCQuillonDoc::keepForRestart()
 
 bool qwzCQuillonDoc::restore(const qwzRecoveryRecord& record)
 {
+    stopLoading();
     qwzCQuillonView* view = getView();
     if (!view || !view->setText(qwzWide(record.text.c_str(), static_cast<int>(record.text.size()))))
         return false;
     alteredFile_.clear();
+    partial_ = false;
     keepUntitled_ = false;
     // a save goes back in the encoding the file came in (a UTF-16 file gets its mark)
     encoding_ = record.encoding;

@@ -3,10 +3,15 @@
 // unambiguous evidence says UTF-16) and shown through the edit channel with "%%" rendered as "%" and
 // nothing else interpreted; saving writes the view's text with CR-LF in the document's encoding (UTF-8
 // with no mark for a new document). When the text shown is not the file's (a doubled per cent sign shown
-// as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first.
+// as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first. A big text
+// arrives in pieces (qwzCTextLoader) while the window stays live; commands that need the whole text
+// wait for it, and a load stopped early counts as text shown otherwise.
 #pragma once
 
+#include <string>
+
 #include "document/qwzCRecoveryKeeper.h"
+#include "document/qwzCTextLoader.h"
 #include "foundation/utString.h"
 #include "foundation/utTextEncoding.h"
 #include "win/winDocument.h"
@@ -38,6 +43,22 @@ public:
     // is appended, the user is told, and the result says why.
     LoadResult loadFile(const utString& path);
 
+    // Rendered UTF-8 text ("%%" already shown as "%") for the end of the view, through the loader: the
+    // first piece at once, the rest from the message loop with progress in the status bar.
+    void appendText(std::string utf8);
+    // True while appended text is still arriving.
+    bool loading() const
+    {
+        return loader_.loading();
+    }
+    // True while the loader itself changes the view (not an edit of the user's).
+    bool appending() const
+    {
+        return loader_.appending();
+    }
+    // Stops a load: what arrived stays, and a save over the file asks first.
+    void stopLoading();
+
     bool onNewDocument() override;
     // Always succeeds once the user has been told: a file that cannot be shown leaves an empty, untitled
     // document rather than a second error.
@@ -47,6 +68,8 @@ public:
     // Over the file whose text is not shown as it is: Yes writes, No goes to Save As, Cancel writes nothing.
     SaveChoice confirmSave(const std::wstring& target) override;
     bool onSaveDocument(const std::wstring& path) override;
+    // A load still going on is stopped first: the document is about to be closed or replaced.
+    bool saveModified() override;
 
     // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
     // unsaved text is gone.
@@ -63,6 +86,9 @@ public:
     bool restore(const qwzRecoveryRecord& record);
 
 private:
+    // The loader's news: progress in the message pane and the pointer; the end of a load.
+    void onLoadProgress(int percent);
+    void onLoadEnded(bool whole);
     // Shows string-table message `id` about `path` in an error box.
     void tellUser(unsigned id, const utString& path);
     // A message box of `type` through the application; the button chosen.
@@ -79,4 +105,16 @@ private:
     utEncoding encoding_ = utEncoding::Utf8;
     // A UTF-16 file that came without a mark is saved without one.
     bool utf16WithoutMark_ = false;
+    // the load of the file was stopped: only its start is shown
+    bool partial_ = false;
+
+    qwzCTextLoader loader_;
+    // set while loadFile appends the file, so that its progress says "Opening"
+    bool opening_ = false;
+    // the load going on is the open of the file (else: text appended to it)
+    bool openLoad_ = false;
+    // the file named in the progress text, and the message pane's text before the load
+    utString loadName_;
+    std::wstring paneText_;
+    bool progressShown_ = false;
 };

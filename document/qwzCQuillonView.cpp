@@ -4,7 +4,22 @@
 
 #include "document/qwzCGoToLineDlg.h"
 #include "document/qwzCQuillonDoc.h"
+#include "document/qwzWordBreak.h"
+#include "resourceIds.h"
 #include "win/winApp.h"
+
+namespace
+{
+
+static_assert(qwzWordBreak::Left == WB_LEFT && qwzWordBreak::Right == WB_RIGHT &&
+              qwzWordBreak::IsDelimiter == WB_ISDELIMITER);
+
+int CALLBACK wordBreak(LPWSTR text, int index, int count, int action)
+{
+    return qwzWordBreak::find(reinterpret_cast<const char16_t*>(text), index, count, action);
+}
+
+} // namespace
 
 qwzCQuillonView::~qwzCQuillonView()
 {
@@ -30,6 +45,8 @@ bool qwzCQuillonView::OnCreate()
     // without the font the control keeps its default one
     if (font_)
         SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
+    // words end at spaces and tabs, found within the line at hand: appending to a big text stays cheap
+    SendMessageW(hwnd(), EM_SETWORDBREAKPROC, 0, reinterpret_cast<LPARAM>(wordBreak));
     return true;
 }
 
@@ -58,16 +75,42 @@ void qwzCQuillonView::clearView()
     }
 }
 
+namespace
+{
+
+constexpr unsigned wholeTextCommands[] = {ID_FILE_SAVE,         ID_FILE_SAVE_AS,       ID_FILE_PRINT,
+                                          ID_FILE_PRINT_DIRECT, ID_FILE_PRINT_PREVIEW, ID_EDIT_FIND,
+                                          ID_EDIT_GOTO_LINE};
+
+} // namespace
+
+bool qwzCQuillonView::waitsForText(unsigned id) const
+{
+    const auto* doc = static_cast<const qwzCQuillonDoc*>(document());
+    if (!doc || !doc->loading())
+        return false;
+    for (unsigned command : wholeTextCommands)
+        if (command == id)
+            return true;
+    return false;
+}
+
 void qwzCQuillonView::OnControlNotify(unsigned code)
 {
+    auto* doc = static_cast<qwzCQuillonDoc*>(document());
+    // the loader's own appends are not the user's edits
+    if (code == EN_CHANGE && doc && doc->appending())
+        return;
     winEditView::OnControlNotify(code);
-    if (code == EN_CHANGE)
-        if (auto* doc = static_cast<qwzCQuillonDoc*>(document()))
-            doc->noteEdit();
+    if (code == EN_CHANGE && doc)
+        doc->noteEdit();
 }
 
 bool qwzCQuillonView::onCommand(unsigned id)
 {
+    // an accelerator reaches here even when its menu item is greyed
+    if (waitsForText(id))
+        return true;
     if (id == goToLineCommand) {
         onGoToLine();
         return true;
@@ -77,6 +120,10 @@ bool qwzCQuillonView::onCommand(unsigned id)
 
 bool qwzCQuillonView::onUpdateCommand(unsigned id, winCommandState& state)
 {
+    if (waitsForText(id)) {
+        state.enabled = false;
+        return true;
+    }
     if (id == goToLineCommand) {
         state.enabled = true;
         return true;

@@ -26,10 +26,12 @@ public:
     // drops the selection.
     void goToLine(int line);
 
+    // Commands that need the whole text (Save, Save As, Print, Print Preview, Find, Go To) are greyed and
+    // do nothing while the document's text is still arriving.
     bool onCommand(unsigned id) override;
     bool onUpdateCommand(unsigned id, winCommandState& state) override;
-
-    // A change of the text also tells the document's recovery keeper.
+    // A change of the text marks the document modified and tells its recovery keeper; the loader's own
+    // appends do neither.
     void OnControlNotify(unsigned code) override;
 
     // Prints in the display font's 10 pt, made for the printer's own resolution.
@@ -48,5 +50,8 @@ protected:
     virtual bool askLine(int count, int& line);
 
 private:
+    // True for a command that must wait while the document's text is still arriving.
+    bool waitsForText(unsigned id) const;
+
     HFONT font_ = nullptr;
 };

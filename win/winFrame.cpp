@@ -154,6 +154,10 @@ LRESULT winFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_CLOSE:
         OnClose();
         return 0;
+    case WM_SETCURSOR:
+        if (OnSetCursor(LOWORD(lParam)))
+            return TRUE;
+        break;
     case WM_QUERYENDSESSION:
         return OnQueryEndSession() ? TRUE : FALSE;
     case WM_DESTROY:
@@ -443,6 +447,29 @@ void winFrame::OnClose()
     if (document_ && !document_->saveModified())
         return;
     DestroyWindow(hwnd());
+}
+
+void winFrame::setBackgroundWork(bool working)
+{
+    if (backgroundWork_ == working)
+        return;
+    backgroundWork_ = working;
+    // the pointer changes now, not at the next move of the mouse: a move where it is asks again
+    POINT at;
+    if (!hwnd() || !GetCursorPos(&at))
+        return;
+    HWND under = WindowFromPoint(at);
+    if (under == hwnd() || IsChild(hwnd(), under))
+        SetCursorPos(at.x, at.y);
+}
+
+bool winFrame::OnSetCursor(unsigned hitTest)
+{
+    // the client area only: borders keep their sizing pointers
+    if (!backgroundWork_ || hitTest != HTCLIENT)
+        return false;
+    SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
+    return true;
 }
 
 bool winFrame::OnQueryEndSession()

@@ -82,6 +82,14 @@ public:
     virtual std::wstring messageText() const;
     virtual void setMessageText(const std::wstring& text);
 
+    // While background work goes on (text still arriving), the pointer over the window is the arrow with
+    // the busy sign, which says that the window still takes input.
+    void setBackgroundWork(bool working);
+    bool backgroundWork() const
+    {
+        return backgroundWork_;
+    }
+
     // The bars; null when the frame has none.
     winToolBar* toolBar() const
     {
@@ -159,6 +167,8 @@ protected:
     // Sets the enabled/checked states of a popup's items and fills the recent-file list.
     virtual void OnInitMenuPopup(HMENU popup);
     virtual void OnDropFiles(HDROP drop);
+    // The pointer over the window; true when set (the busy arrow during background work).
+    virtual bool OnSetCursor(unsigned hitTest);
     // A menu item under the pointer or the keyboard: its prompt; the menu closed: the message again.
     virtual void OnMenuSelect(unsigned item, unsigned flags, HMENU menu);
     // A notification from a child; true when handled, `result` then being the answer.
@@ -190,4 +200,5 @@ private:
     winCommandTarget* overlayTarget_ = nullptr;
     // the toolbar the user chose to see, stepped aside while an overlay brings its own bar
     bool toolBarHiddenForOverlay_ = false;
+    bool backgroundWork_ = false;
 };

@@ -11,6 +11,9 @@
 //   windowText fit <class>          for each visible window of that class, its visible static texts,
 //                                   buttons and rich edit controls: whether the text, measured in the
 //                                   control's own font, fits, and whether its characters are in that font
+//   windowText edit <title part> <file>
+//                                   writes the whole text of that window's edit control to <file> as
+//                                   UTF-8, CR-LF line ends as the control holds them
 // One line a window: id, class, enabled, visible, left, top, width, height (screen pixels), text (a status
 // bar's first part; UTF-8, "\n" escaped). A fit line: id, class, fits (1 or 0), the width and height the
 // text needs, the width and height the control has for it, how many of its characters the font draws as
@@ -153,6 +156,40 @@ int printFits(HWND window)
     return answered ? 0 : 1;
 }
 
+BOOL CALLBACK firstEdit(HWND window, LPARAM result)
+{
+    if (_wcsicmp(classOf(window).c_str(), L"Edit") != 0)
+        return TRUE;
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+}
+
+// The whole text, however long: one WM_GETTEXT with a buffer of the length the control reports.
+int saveEditText(const wchar_t* path)
+{
+    HWND edit = nullptr;
+    if (found.empty() || (EnumChildWindows(found.front(), firstEdit, reinterpret_cast<LPARAM>(&edit)), !edit))
+        return 1;
+    DWORD_PTR length = 0;
+    if (!SendMessageTimeoutW(edit, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 60000, &length))
+        return 1;
+    std::wstring text(length + 1, L'\0');
+    DWORD_PTR got = 0;
+    if (!SendMessageTimeoutW(edit, WM_GETTEXT, length + 1, reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG,
+                             120000, &got))
+        return 1;
+    text.resize(got);
+    int n = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), int(text.size()), nullptr, 0, nullptr, nullptr);
+    std::string bytes(size_t(n > 0 ? n : 0), '\0');
+    if (n > 0)
+        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), int(text.size()), bytes.data(), n, nullptr, nullptr);
+    FILE* out = _wfopen(path, L"wb");
+    if (!out)
+        return 1;
+    bool ok = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
+    return std::fclose(out) == 0 && ok ? 0 : 1;
+}
+
 } // namespace
 
 int wmain(int argc, wchar_t** argv)
@@ -161,13 +198,17 @@ int wmain(int argc, wchar_t** argv)
     bool button = argc == 4 && !wcscmp(argv[1], L"button");
     bool frame = argc == 3 && !wcscmp(argv[1], L"frame");
     bool fit = argc == 3 && !wcscmp(argv[1], L"fit");
-    if (argc != 2 && !command && !button && !frame && !fit) {
-        std::fprintf(stderr, "usage: windowText <class> | windowText frame <title> | windowText command <class> <id> | "
-                             "windowText button <class> <id> | windowText fit <class>\n");
+    bool edit = argc == 4 && !wcscmp(argv[1], L"edit");
+    if (argc != 2 && !command && !button && !frame && !fit && !edit) {
+        std::fprintf(stderr,
+                     "usage: windowText <class> | windowText frame <title> | windowText command <class> <id> | "
+                     "windowText button <class> <id> | windowText fit <class> | windowText edit <title> <file>\n");
         return 2;
     }
     wanted = argv[argc == 2 ? 1 : 2];
-    EnumWindows(frame ? titled : collectTop, 0);
+    EnumWindows(frame || edit ? titled : collectTop, 0);
+    if (edit)
+        return saveEditText(argv[3]);
     if (command || button) {
         for (HWND window : found)
             if (!(GetWindowLongW(window, GWL_STYLE) & WS_CHILD) && IsWindowVisible(window))
