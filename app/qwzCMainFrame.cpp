@@ -92,10 +92,15 @@ bool qwzCMainFrame::OnCreate(const CREATESTRUCTW& cs)
 
 LRESULT qwzCMainFrame::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
+    auto* doc = dynamic_cast<qwzCQuillonDoc*>(document());
     // nobody may be there to answer "Save changes?" while an update restarts Windows
-    if (msg == WM_QUERYENDSESSION && (lParam & ENDSESSION_CLOSEAPP))
-        if (auto* doc = dynamic_cast<qwzCQuillonDoc*>(document()); doc && doc->keepForRestart())
-            return TRUE;
+    if (doc && msg == WM_QUERYENDSESSION && (lParam & ENDSESSION_CLOSEAPP) && doc->keepForRestart())
+        return TRUE;
+    if (doc && msg == WM_ACTIVATE && LOWORD(wParam) != WA_INACTIVE)
+        doc->lookAtFile();
+    // no question about the file once the window is going
+    if (doc && msg == WM_DESTROY)
+        doc->stopWatching();
     return winFrame::HandleMessage(msg, wParam, lParam);
 }
 

@@ -53,6 +53,7 @@ protected:
     bool OnCreate(const CREATESTRUCTW& cs) override;
     // Closed by Windows for an update or an installer (ENDSESSION_CLOSEAPP), Quillon keeps the unsaved
     // text in its recovery file and goes without asking; the restart offers the text again.
+    // Activation also has the document look at its file at once; the window's end stops the watch.
     LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
     void OnDpiChanged(UINT dpi, const RECT& suggested) override;
 

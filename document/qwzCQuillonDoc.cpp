@@ -105,6 +105,13 @@ bool isUtf16(utEncoding encoding)
     return encoding == utEncoding::Utf16LE || encoding == utEncoding::Utf16BE;
 }
 
+// The last bytes that a file watch keeps of a text.
+std::string_view lastBytes(const char* bytes, std::size_t size)
+{
+    std::size_t keep = size < qwzFileWatch::tailSize ? size : qwzFileWatch::tailSize;
+    return std::string_view(bytes + (size - keep), keep);
+}
+
 } // namespace
 
 qwzCQuillonView* qwzCQuillonDoc::getView() const
@@ -134,6 +141,11 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
     winDocument::setPathName(path, addToRecentFiles);
     // the title is the path exactly as given, not its last component
     setTitle(path);
+    // saved under another name: that file is the one to follow now
+    if (!path.empty() && !isSameFile(path, qwzWide(watcher_.path()))) {
+        bool justSaved = isSameFile(path, qwzWide(saved_.path()));
+        watchFile(justSaved ? saved_ : qwzFileWatch(qwzUtf8(path)), !justSaved);
+    }
 }
 
 bool qwzCQuillonDoc::onNewDocument()
@@ -146,6 +158,7 @@ bool qwzCQuillonDoc::onNewDocument()
     // the template asked about the old text first: it was saved or given up
     if (recovery_)
         recovery_->discard();
+    watcher_.stop();
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -167,6 +180,7 @@ bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
     utf16WithoutMark_ = false;
     if (recovery_)
         recovery_->discard();
+    watcher_.stop();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());
@@ -180,11 +194,17 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     qwzCQuillonView* view = getView();
     std::unique_ptr<char[]> bytes;
     std::size_t size = 0;
+    // taken before the read: a write after it then shows as a change
+    long long writeTime = qwzFileWatch::writeTimeOf(path);
     ReadResult read = utIsRegularFile(path) ? readWhole(path, bytes, size) : ReadResult::Failed;
     if (read == ReadResult::Failed) {
         tellUser(IDS_FILE_NOT_FOUND, path);
         return Missing;
     }
+    // what the file watch compares later: the bytes as read, before decoding and rendering
+    qwzFileWatch known(path);
+    if (read == ReadResult::Ok)
+        known.know(static_cast<long long>(size), lastBytes(bytes.get(), size), writeTime);
     utTextProbe probe = {true, utEncoding::Utf8, 0};
     bool decodedExactly = true;
     if (read == ReadResult::Ok) {
@@ -229,6 +249,7 @@ qwzCQuillonDoc::LoadResult qwzCQuillonDoc::loadFile(const utString& path)
     encoding_ = probe.encoding;
     utf16WithoutMark_ = probe.markLength == 0 && isUtf16(probe.encoding);
     alteredFile_ = percentsCollapsed_ || notUtf8_ || notUtf16_ ? pathName() : std::wstring();
+    watchFile(known, false);
     return Loaded;
 }
 
@@ -275,6 +296,8 @@ void qwzCQuillonDoc::onLoadEnded(bool whole)
     if (!whole && !pathName().empty()) {
         partial_ = true;
         alteredFile_ = pathName();
+        // only the file's start is shown: what it gains at its end does not follow it
+        followsFile_ = false;
     }
     winFrame* window = frame();
     if (!window || !progressShown_)
@@ -294,6 +317,8 @@ bool qwzCQuillonDoc::saveModified()
 void qwzCQuillonDoc::serialize(std::string& bytes)
 {
     bytes.clear();
+    serializedSize_ = 0;
+    serializedTail_.clear();
     qwzCQuillonView* view = getView();
     if (!view)
         return;
@@ -301,6 +326,9 @@ void qwzCQuillonDoc::serialize(std::string& bytes)
     bytes = utEncodeText(std::u16string_view(reinterpret_cast<const char16_t*>(text.data()), text.size()), encoding_);
     if (utf16WithoutMark_)
         bytes.erase(0, 2);
+    // what the file holds once these bytes are saved: the watch's base after a save, with no read
+    serializedSize_ = static_cast<long long>(bytes.size());
+    serializedTail_.assign(lastBytes(bytes.data(), bytes.size()));
 }
 
 winDocument::SaveChoice qwzCQuillonDoc::confirmSave(const std::wstring& target)
@@ -338,6 +366,11 @@ bool qwzCQuillonDoc::onSaveDocument(const std::wstring& path)
     }
     if (recovery_)
         recovery_->discard();
+    // our own write is no change to report: the file as saved is what the view shows
+    saved_ = qwzFileWatch(qwzUtf8(path));
+    saved_.know(serializedSize_, serializedTail_, qwzFileWatch::writeTimeOf(saved_.path()));
+    if (isSameFile(path, qwzWide(watcher_.path())))
+        watchFile(saved_, false);
     return true;
 }
 
@@ -399,4 +432,80 @@ int qwzCQuillonDoc::ask(const std::wstring& text, unsigned type)
     if (winApp* app = winApp::instance())
         return app->messageBox(text, type);
     return MessageBoxW(nullptr, text.c_str(), L"Quillon", type);
+}
+
+void qwzCQuillonDoc::lookAtFile()
+{
+    watcher_.lookNow();
+}
+
+void qwzCQuillonDoc::stopWatching()
+{
+    watcher_.stop();
+}
+
+void qwzCQuillonDoc::watchFile(const qwzFileWatch& known, bool fromDisk)
+{
+    tailDecoder_ = utTextDecoder(encoding_);
+    followsFile_ = true;
+    // set once: a finding's handler may come back here (a reload) while it runs
+    if (!watcher_.onFinding)
+        watcher_.onFinding = [this](qwzCFileWatcher::Finding& finding) { onFileChanged(finding); };
+    watcher_.start(known, fromDisk);
+}
+
+void qwzCQuillonDoc::onFileChanged(qwzCFileWatcher::Finding& finding)
+{
+    // one question at a time: what changes while it is open is part of what it asks about
+    if (askingAboutFile_)
+        return;
+    switch (finding.change) {
+    case qwzFileWatch::Change::Unchanged:
+        return;
+    case qwzFileWatch::Change::Gone:
+        // the text stays as it is; a save writes it back
+        return;
+    case qwzFileWatch::Change::Grown:
+        if (followsFile_ && !isModified()) {
+            std::string text;
+            tailDecoder_.decode(finding.added.data(), finding.added.size(), text);
+            std::string rendered = qwzPercentRender::render(text);
+            // shown otherwise, as after an open: the save over the file asks first
+            bool exact = true;
+            qwzEditText::unitCount(rendered.data(), rendered.size(), &exact);
+            bool collapsed = rendered.size() != text.size();
+            if (collapsed || !exact) {
+                // what a save over the file cleared no longer counts
+                if (alteredFile_.empty())
+                    percentsCollapsed_ = notUtf8_ = false;
+                percentsCollapsed_ = percentsCollapsed_ || collapsed;
+                notUtf8_ = notUtf8_ || !exact;
+                alteredFile_ = pathName();
+            }
+            // the loader's path: a burst of tens of MB arrives in pieces, the window live
+            appendText(std::move(rendered));
+            return;
+        }
+        break;
+    case qwzFileWatch::Change::Rewritten:
+        break;
+    }
+    askToReload();
+}
+
+void qwzCQuillonDoc::askToReload()
+{
+    std::wstring path = pathName();
+    std::wstring text = qwzMessage(IDS_FILE_CHANGED, qwzUtf8(path).c_str());
+    text += qwzMessage(isModified() ? IDS_FILE_CHANGED_EDITS : IDS_FILE_CHANGED_RELOAD);
+    askingAboutFile_ = true;
+    int answer = ask(text, MB_YESNO | MB_ICONQUESTION);
+    askingAboutFile_ = false;
+    if (answer != IDYES) {
+        followsFile_ = false;
+        return;
+    }
+    onOpenDocument(path);
+    // as an open: a file that cannot be read again leaves an empty, untitled document
+    keepUntitled_ = false;
 }

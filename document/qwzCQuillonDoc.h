@@ -6,10 +6,13 @@
 // as one, bytes that are not UTF-8, UTF-16 that does not decode), the first save over that file asks first. A big text
 // arrives in pieces (qwzCTextLoader) while the window stays live; commands that need the whole text
 // wait for it, and a load stopped early counts as text shown otherwise.
+// While a file is shown it is watched: new bytes added by another program are appended to an unedited
+// view, any other change asks whether to reload.
 #pragma once
 
 #include <string>
 
+#include "document/qwzCFileWatcher.h"
 #include "document/qwzCRecoveryKeeper.h"
 #include "document/qwzCTextLoader.h"
 #include "foundation/utString.h"
@@ -71,6 +74,15 @@ public:
     // A load still going on is stopped first: the document is about to be closed or replaced.
     bool saveModified() override;
 
+    // The window was activated: the file is looked at now rather than at the next round.
+    void lookAtFile();
+    // Stops watching the file (the window closes); the next open or save watches again.
+    void stopWatching();
+    // The file watched for changes; empty when none.
+    const utString& watchedFile() const
+    {
+        return watcher_.path();
+    }
     // The keeper of this document's unsaved text; null keeps none. Saving, New and Open tell it that the
     // unsaved text is gone.
     void setRecovery(qwzCRecoveryKeeper* keeper);
@@ -94,6 +106,12 @@ private:
     // A message box of `type` through the application; the button chosen.
     static int ask(const std::wstring& text, unsigned type);
 
+    // Watches the file `known` describes, with a fresh decoder for its new bytes.
+    void watchFile(const qwzFileWatch& known, bool fromDisk);
+    void onFileChanged(qwzCFileWatcher::Finding& finding);
+    // Asks whether to reload the file changed on disk; Yes reloads it.
+    void askToReload();
+
     // Set while the template finishes an open that showed nothing.
     bool keepUntitled_ = false;
     // The file shown otherwise than it is on disk, and how; empty once the shown text was saved over it.
@@ -105,6 +123,18 @@ private:
     utEncoding encoding_ = utEncoding::Utf8;
     // A UTF-16 file that came without a mark is saved without one.
     bool utf16WithoutMark_ = false;
+
+    qwzCFileWatcher watcher_;
+    // The file's new bytes are decoded across appends: an append that ends inside a character waits.
+    utTextDecoder tailDecoder_{utEncoding::Utf8};
+    // The view shows the file from its start, so that bytes added to the file belong at the view's end;
+    // false once the user chose to keep a text that is no longer the file's.
+    bool followsFile_ = false;
+    bool askingAboutFile_ = false;
+    // The bytes of the last serialize (their size and last bytes), and the file they were last saved to.
+    long long serializedSize_ = 0;
+    std::string serializedTail_;
+    qwzFileWatch saved_;
     // the load of the file was stopped: only its start is shown
     bool partial_ = false;
 

@@ -17,6 +17,8 @@ enum class EntryKind { Regular, Directory, CharDevice, Other, Untyped };
 struct Status {
     EntryKind kind = EntryKind::Other;
     long long size = 0;
+    // The last write, in the system's own units (only compared, never shown); 0 when unknown.
+    long long writeTime = 0;
 };
 
 // File status (_wstat64i32 on Windows). Returns 0, or the C library's errno value on failure.
@@ -24,6 +26,16 @@ int stat(const char16_t* name, Status& out);
 
 // _wfopen on Windows, fopen of the UTF-8 name elsewhere. Null on failure, errno set.
 std::FILE* fopen(const char16_t* name, const char16_t* mode);
+
+// Opens a file for reading (binary) without standing in anyone's way: while it is open, other programs
+// may still write, rename, replace or delete it. Null on failure, errno set (ENOENT for a missing file).
+std::FILE* fopenShared(const char16_t* name);
+
+// Moves `file` to byte `offset` from its start, past 2 GiB too. Returns 0, or the C library's errno value.
+int seek(std::FILE* file, long long offset);
+// The length of the open `file`, which is left at its end; -1 on failure. Unlike a status call this is
+// the length now, even while another program is still writing the file.
+long long fileLength(std::FILE* file);
 
 // Return 0, or the C library's errno value.
 int unlink(const char16_t* name);

@@ -58,12 +58,28 @@ int stat(const char16_t* name, Status& out)
     else
         out.kind = EntryKind::Other;
     out.size = st.st_size;
+    out.writeTime = static_cast<long long>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
     return 0;
 }
 
 std::FILE* fopen(const char16_t* name, const char16_t* mode)
 {
     return std::fopen(utf8(name).c_str(), utf8(mode).c_str());
+}
+
+std::FILE* fopenShared(const char16_t* name)
+{
+    return std::fopen(utf8(name).c_str(), "rb");
+}
+
+int seek(std::FILE* file, long long offset)
+{
+    return fseeko(file, static_cast<off_t>(offset), SEEK_SET) != 0 ? (errno ? errno : EINVAL) : 0;
+}
+
+long long fileLength(std::FILE* file)
+{
+    return fseeko(file, 0, SEEK_END) != 0 ? -1 : static_cast<long long>(ftello(file));
 }
 
 int unlink(const char16_t* name)

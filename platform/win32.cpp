@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <clocale>
+#include <fcntl.h>
+#include <io.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <vector>
@@ -56,12 +58,57 @@ int stat(const char16_t* name, Status& out)
     else
         out.kind = EntryKind::Other;
     out.size = st.st_size;
+    // the C library's time has whole seconds, and it may take size and time from the folder's entry, which
+    // lags behind a file that another program is writing; the file's own attributes are current
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (GetFileAttributesExW(w(name), GetFileExInfoStandard, &data)) {
+        if (out.kind == EntryKind::Regular)
+            out.size =
+                static_cast<long long>((static_cast<unsigned long long>(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
+        out.writeTime =
+            static_cast<long long>((static_cast<unsigned long long>(data.ftLastWriteTime.dwHighDateTime) << 32) |
+                                   data.ftLastWriteTime.dwLowDateTime);
+    } else {
+        out.writeTime = static_cast<long long>(st.st_mtime);
+    }
     return 0;
 }
 
 std::FILE* fopen(const char16_t* name, const char16_t* mode)
 {
     return _wfopen(w(name), w(mode));
+}
+
+std::FILE* fopenShared(const char16_t* name)
+{
+    // _wfopen denies deleting: a watched log could then be neither rotated nor saved over
+    HANDLE handle = CreateFileW(w(name), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        DWORD error = GetLastError();
+        errno = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? ENOENT : EACCES;
+        return nullptr;
+    }
+    int fd = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY | _O_BINARY);
+    if (fd == -1) {
+        CloseHandle(handle);
+        errno = EMFILE;
+        return nullptr;
+    }
+    std::FILE* file = _fdopen(fd, "rb");
+    if (file == nullptr)
+        _close(fd);
+    return file;
+}
+
+int seek(std::FILE* file, long long offset)
+{
+    return _fseeki64(file, offset, SEEK_SET) != 0 ? (errno ? errno : EINVAL) : 0;
+}
+
+long long fileLength(std::FILE* file)
+{
+    return _fseeki64(file, 0, SEEK_END) != 0 ? -1 : _ftelli64(file);
 }
 
 int unlink(const char16_t* name)
