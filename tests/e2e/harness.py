@@ -222,6 +222,11 @@ def toolbar_button(cls, command):
     return rows[0]
 
 
+def view(rows):
+    """The frame's text view among probe() rows (its one edit control), or None."""
+    return next((r for r in rows[1:] if r.cls.lower() == "edit"), None)
+
+
 def post_command(cls, command):
     """Posts WM_COMMAND `command` to the first visible top-level window of Win32 class `cls`."""
     if wine(WINDOW_TEXT, "command", cls, command, timeout=60).returncode != 0:

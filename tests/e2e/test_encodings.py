@@ -27,8 +27,7 @@ FILES = [
 
 def view_text(name):
     """The text of the view of the window titled `name`, as windowText reports it (CR dropped, LF as \\n)."""
-    # the view is the frame's one edit control
-    view = next((r for r in h.probe(name)[1:] if r.cls.lower() == "edit"), None)
+    view = h.view(h.probe(name))
     return view.text if view else None
 
 

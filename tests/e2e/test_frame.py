@@ -31,9 +31,9 @@ class Frame(h.QuillonTestCase):
 
     def bars(self, prefix=None):
         rows = h.eventually(lambda: h.probe(TITLE, prefix), what="the frame's windows")
-        # each bar carries the id of the View command that shows it; the text is the one edit control
-        view = next((r for r in rows[1:] if r.cls.lower() == "edit"), None)
-        return rows[0], h.control(rows, h.ID.ID_VIEW_TOOLBAR), h.control(rows, h.ID.ID_VIEW_STATUS_BAR), view
+        # each bar carries the id of the View command that shows it
+        return (rows[0], h.control(rows, h.ID.ID_VIEW_TOOLBAR), h.control(rows, h.ID.ID_VIEW_STATUS_BAR),
+                h.view(rows))
 
     def status_becomes(self, text):
         h.eventually(lambda: self.bars()[2].text == text, what="status bar text %r" % text)
