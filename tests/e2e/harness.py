@@ -338,6 +338,9 @@ class QuillonTestCase(unittest.TestCase):
         self.programs = []
         if not os.path.exists(EXE):
             self.fail("no installed program at %s: build the windows tree first" % EXE)
+        # a text left by an earlier test's program, ended by its pid, would be offered at this one's start
+        for path in recovery_files():
+            os.remove(path)
 
     def tearDown(self):
         for program in self.programs:

@@ -66,8 +66,7 @@ def remove_recovery_files():
 class Dialogs(h.QuillonTestCase):
     def setUp(self):
         super().setUp()
-        # the text each run leaves is offered by the next; none may be left to the tests after this one
-        remove_recovery_files()
+        # the text each run leaves is offered by the next; none is left to the tests after this one
         self.addCleanup(remove_recovery_files)
         folder = h.scratch_dir("dialogs")
         self.path = os.path.join(folder, DOCUMENT)
