@@ -44,11 +44,13 @@ dist: windows
 fuzz-build: deps build/fuzz/CMakeCache.txt
 	MAKEFLAGS= cmake --build build/fuzz -j $(JOBS)
 
-# The tests' prefix, made once (the first start of Wine takes 10-20 s), with the tests' Wine settings.
+# The tests' prefix, made once (the first start of Wine takes 10-20 s), with the tests' Wine settings and
+# the fonts' links.
 wineprefix: $(WIN)/wineprefix/.settings
-$(WIN)/wineprefix/.settings: tests/wineprefix.reg | deps
+$(WIN)/wineprefix/.settings: tests/wineprefix.reg scripts/wine-fonts.reg | deps
 	@$(WINE_RUN) --boot
 	$(WINE_RUN) reg import 'Z:$(subst /,\,$(CURDIR)/tests/wineprefix.reg)'
+	$(WINE_RUN) reg import 'Z:$(subst /,\,$(CURDIR)/scripts/wine-fonts.reg)'
 	@# a server started without a display would serve the tests without one
 	@$(WINE_RUN) --server -w
 	@touch $@

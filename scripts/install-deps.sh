@@ -8,6 +8,7 @@ pkgs=(
   g++ clang libclang-rt-14-dev googletest libbenchmark-dev
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine wine64 xvfb xauth xdotool xclip x11-utils imagemagick python3-xlib
+  fonts-dejavu-core fonts-vlgothic
   gettext fp-utils libchm-bin icoutils openssl clang-format
   cups printer-driver-cups-pdf poppler-utils
   wixl msitools osslsigncode

@@ -37,6 +37,11 @@ if [ "${1:-}" = --file ]; then
 fi
 
 "$QUILLON_WINE_RUN" --boot
+# the links that give the interface fonts Japanese glyphs, again whenever they change
+fonts=$root/scripts/wine-fonts.reg
+if [ "$QUILLON_WINEPREFIX/.fonts" -ot "$fonts" ]; then
+    "$QUILLON_WINE_RUN" reg import "Z:${fonts//\//\\}" >/dev/null && touch "$QUILLON_WINEPREFIX/.fonts"
+fi
 # the start-up version check asks a local product-attribute server that knows this build's own version;
 # it stops when Quillon ends
 exec python3 "$root/tests/server/productServer.py" --table "$build/run-products.txt" --wrap \

@@ -79,6 +79,9 @@ bool fileExists(const std::string& path)
     return fs::exists(path, ec);
 }
 
+namespace
+{
+
 void setEnv(const char* name, const char* value)
 {
 #ifdef _WIN32
@@ -89,6 +92,26 @@ void setEnv(const char* name, const char* value)
     else
         ::unsetenv(name);
 #endif
+}
+
+} // namespace
+
+ScopedEnv::~ScopedEnv()
+{
+    for (auto it = saved_.rbegin(); it != saved_.rend(); ++it)
+        setEnv(it->first.c_str(), it->second ? it->second->c_str() : nullptr);
+}
+
+void ScopedEnv::set(const char* name, const char* value)
+{
+    bool seen = false;
+    for (const auto& [savedName, _] : saved_)
+        seen = seen || savedName == name;
+    if (!seen) {
+        const char* before = std::getenv(name);
+        saved_.emplace_back(name, before ? std::optional<std::string>(before) : std::nullopt);
+    }
+    setEnv(name, value);
 }
 
 } // namespace qt

@@ -3,7 +3,10 @@
 // any folder writes nothing there. Under Wine the Unix paths are handed over as Z: drive paths.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace qt
 {
@@ -25,7 +28,21 @@ std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& bytes);
 bool fileExists(const std::string& path);
 
-// Sets or (with nullptr) unsets an environment variable for the rest of the test.
-void setEnv(const char* name, const char* value);
+// Environment variables changed for one test: each gets back the value it had before when the owner goes,
+// so that a failed assertion cannot leave them to the tests after it.
+class ScopedEnv
+{
+public:
+    ScopedEnv() = default;
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+    ~ScopedEnv();
+
+    // Sets or (with nullptr) unsets `name` until this owner goes.
+    void set(const char* name, const char* value);
+
+private:
+    std::vector<std::pair<std::string, std::optional<std::string>>> saved_;
+};
 
 } // namespace qt

@@ -4,6 +4,10 @@ if(WIN32)
     # the probe that reads another process's windows (windowText.cpp), built beside the tests
     add_executable(windowText ${CMAKE_CURRENT_LIST_DIR}/windowText.cpp)
     target_link_options(windowText PRIVATE -municode)
+    # its measuring half, which runs inside the program under test; found beside windowText.exe
+    add_library(windowTextFit SHARED ${CMAKE_CURRENT_LIST_DIR}/windowTextFit.cpp)
+    set_target_properties(windowTextFit PROPERTIES PREFIX "")
+    add_dependencies(windowText windowTextFit)
     file(GLOB e2e_files CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.py)
     foreach(f IN LISTS e2e_files)
         get_filename_component(name ${f} NAME_WE)

@@ -3,7 +3,9 @@
 # the prefix's wineserver is stopped once, at the end of a test file (end_wine in tearDownModule).
 import collections
 import gettext
+import glob
 import os
+import re
 import signal
 import subprocess
 import time
@@ -17,6 +19,42 @@ WINEPREFIX = os.environ.get("QUILLON_WINEPREFIX", os.path.join(BUILD_DIR, "winep
 ARTIFACTS = os.environ.get("QUILLON_E2E_ARTIFACTS", os.path.join(BUILD_DIR, "e2e-artifacts"))
 WINE_RUN = os.path.join(SOURCE_DIR, "cmake", "wine-run.sh")
 WINDOW_TEXT = os.environ.get("QUILLON_WINDOW_TEXT", os.path.join(BUILD_DIR, "tests", "windowText.exe"))
+
+
+class _ResourceIds:
+    """Resource ids by the names the program uses (ID.ID_FILE_SAVE): from the header the build makes of
+    res/strings.txt and from res/resource.h, read on first use."""
+
+    def __getattr__(self, name):
+        ids = {}
+        for path in (os.path.join(BUILD_DIR, "generated", "resourceIds.h"),
+                     os.path.join(SOURCE_DIR, "res", "resource.h")):
+            with open(path, encoding="utf-8") as f:
+                ids.update((m.group(1), int(m.group(2))) for m in re.finditer(r"^#define (\w+) (\d+)$", f.read(), re.M))
+        self.__dict__.update(ids)
+        if name not in ids:
+            raise AttributeError("no resource id named " + name)
+        return ids[name]
+
+
+ID = _ResourceIds()
+
+
+def text(name):
+    """The English text of string `name` in res/strings.txt, its escapes read as the resource compiler
+    reads them; a command's prompt is the part before its first "\\n"."""
+    escapes = {"n": "\n", "t": "\t", "r": "\r", '"': '"', "\\": "\\"}
+    with open(os.path.join(SOURCE_DIR, "res", "strings.txt"), encoding="utf-8") as f:
+        for line in f:
+            m = re.match(r'^\d+ (\w+) "(.*)"$', line.rstrip("\n"))
+            if m and m.group(1) == name:
+                return re.sub(r"\\(.)", lambda e: escapes[e.group(1)], m.group(2))
+    raise AssertionError("no string named %s in res/strings.txt" % name)
+
+
+def prompt(command):
+    """The status-bar prompt of a command, by its name."""
+    return text(command).split("\n")[0]
 
 
 def wine_env(extra=None, prefix=None):
@@ -175,6 +213,20 @@ def control(rows, control_id):
     return next((r for r in rows[1:] if r.id == control_id), None)
 
 
+def toolbar_button(cls, command):
+    """The toolbar button of `command` in the first visible top-level window of Win32 class `cls`, as a
+    Control in screen pixels."""
+    rows = windows("button", cls, command)
+    if not rows:
+        raise AssertionError("no toolbar button for command %d in a window of class %s" % (command, cls))
+    return rows[0]
+
+
+def view(rows):
+    """The frame's text view among probe() rows (its one edit control), or None."""
+    return next((r for r in rows[1:] if r.cls.lower() == "edit"), None)
+
+
 def post_command(cls, command):
     """Posts WM_COMMAND `command` to the first visible top-level window of Win32 class `cls`."""
     if wine(WINDOW_TEXT, "command", cls, command, timeout=60).returncode != 0:
@@ -266,6 +318,12 @@ class Image:
         return sum(1 for y in range(top, bottom) for x in range(self.width) if self.dark(x, y, limit))
 
 
+def recovery_files(prefix=None):
+    """The recovery files in the prefix's %LOCALAPPDATA%\\Tarvik\\Quillon\\Recovery, whatever Wine calls that."""
+    pattern = os.path.join(prefix or WINEPREFIX, "drive_c", "users", "*", "**", "Tarvik", "Quillon", "Recovery", "*")
+    return sorted(glob.glob(pattern, recursive=True))
+
+
 def end_wine():
     """Stops the prefix's wineserver and everything still running in it; call once per test file."""
     wine("--server", "-k", timeout=60)
@@ -280,6 +338,9 @@ class QuillonTestCase(unittest.TestCase):
         self.programs = []
         if not os.path.exists(EXE):
             self.fail("no installed program at %s: build the windows tree first" % EXE)
+        # a text left by an earlier test's program, ended by its pid, would be offered at this one's start
+        for path in recovery_files():
+            os.remove(path)
 
     def tearDown(self):
         for program in self.programs:

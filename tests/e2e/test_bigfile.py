@@ -12,7 +12,6 @@ import harness as h
 
 NAME = "big.log"
 TITLE = re.escape(NAME + " - Quillon")
-STATUS_BAR = 59393
 PROGRESS = re.compile(r"^Opening big\.log: \d+%$")
 # the message pane once the load is over; a status bar that could not be read gives "", which is neither
 READY = "Ready"
@@ -39,7 +38,8 @@ def make_log(path, size):
 
 
 def status_text():
-    return (h.control(h.probe(NAME + " - Quillon"), STATUS_BAR) or h.Control(0, "", 0, 0, 0, 0, 0, 0, "")).text
+    status = h.control(h.probe(NAME + " - Quillon"), h.ID.ID_VIEW_STATUS_BAR)
+    return (status or h.Control(0, "", 0, 0, 0, 0, 0, 0, "")).text
 
 
 def view_text(path):

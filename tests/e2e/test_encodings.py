@@ -8,7 +8,6 @@ import unittest
 import harness as h
 import test_document as td
 
-VIEW = 0xE900
 
 tearDownModule = h.end_wine
 
@@ -28,8 +27,7 @@ FILES = [
 
 def view_text(name):
     """The text of the view of the window titled `name`, as windowText reports it (CR dropped, LF as \\n)."""
-    rows = h.probe(name)
-    view = h.control(rows, VIEW) if rows else None
+    view = h.view(h.probe(name))
     return view.text if view else None
 
 

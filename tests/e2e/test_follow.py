@@ -14,7 +14,6 @@ import unittest
 import harness as h
 
 TITLE_TAIL = " - Quillon"
-VIEW_ID = 0xE900
 
 
 def tearDownModule():
@@ -59,7 +58,7 @@ class Follow(h.QuillonTestCase):
         return path
 
     def view_text(self):
-        view = h.control(h.probe(self.title), VIEW_ID)
+        view = h.view(h.probe(self.title))
         return view.text if view else None
 
     def question(self):

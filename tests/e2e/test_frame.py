@@ -8,7 +8,6 @@ import unittest
 import harness as h
 
 TITLE = " - Quillon"  # "Untitled - Quillon 4.3 (64-bit)", in German "Unbenannt - ..."
-TOOLBAR, STATUSBAR = 59392, 59393
 BAR_STATE = r"HKCU\Software\Tarvik\Quillon\Bar State"
 DPI_PREFIX = os.path.join(h.BUILD_DIR, "wineprefix-144dpi")
 
@@ -32,7 +31,9 @@ class Frame(h.QuillonTestCase):
 
     def bars(self, prefix=None):
         rows = h.eventually(lambda: h.probe(TITLE, prefix), what="the frame's windows")
-        return rows[0], h.control(rows, TOOLBAR), h.control(rows, STATUSBAR), h.control(rows, 0xE900)
+        # each bar carries the id of the View command that shows it
+        return (rows[0], h.control(rows, h.ID.ID_VIEW_TOOLBAR), h.control(rows, h.ID.ID_VIEW_STATUS_BAR),
+                h.view(rows))
 
     def status_becomes(self, text):
         h.eventually(lambda: self.bars()[2].text == text, what="status bar text %r" % text)
@@ -47,9 +48,10 @@ class Frame(h.QuillonTestCase):
         self.assertEqual(program.wait(60), 0, "File > Exit ends the program")
 
     def test_frame_in_english_and_german(self):
-        german_ready = h.catalog("German").gettext("Ready")
-        self.assertNotEqual(german_ready, "Ready")
-        for language, ready in (("English", "Ready"), ("German", german_ready)):
+        ready = h.text("AFX_IDS_IDLEMESSAGE")
+        german_ready = h.catalog("German").gettext(ready)
+        self.assertNotEqual(german_ready, ready)
+        for language, ready in (("English", ready), ("German", german_ready)):
             program, wid = self.launch({"LC_ALL": language})
             self.status_becomes(ready)
             frame, toolbar, status, view = self.bars()
@@ -64,22 +66,23 @@ class Frame(h.QuillonTestCase):
             program.stop()
 
     def test_prompts_of_a_keyboard_menu_and_of_a_button(self):
+        ready = h.text("AFX_IDS_IDLEMESSAGE")
         _, wid = self.launch()
-        self.status_becomes("Ready")
+        self.status_becomes(ready)
         self.keys(wid, "alt+f")
-        self.status_becomes("Create a new document")
+        self.status_becomes(h.prompt("ID_FILE_NEW"))
         h.screenshot("file-menu-prompt")
         self.keys(wid, "Down")
-        self.status_becomes("Open an existing document")
+        self.status_becomes(h.prompt("ID_FILE_OPEN"))
         self.keys(wid, "Escape", "Escape")
-        self.status_becomes("Ready")
-        _, toolbar, _, view = self.bars()
-        # Save is the third button, after the gripper
-        h.xdotool("mousemove", toolbar.x + 9 + 47 * 2 + 23, toolbar.y + toolbar.h // 2)
-        self.status_becomes("Save the active document")
+        self.status_becomes(ready)
+        _, _, _, view = self.bars()
+        save = h.toolbar_button("winFrame", h.ID.ID_FILE_SAVE)
+        h.xdotool("mousemove", save.x + save.w // 2, save.y + save.h // 2)
+        self.status_becomes(h.prompt("ID_FILE_SAVE"))
         h.screenshot("save-button-prompt")
         h.xdotool("mousemove", view.x + view.w // 2, view.y + view.h // 2)
-        self.status_becomes("Ready")
+        self.status_becomes(ready)
 
     def drag(self, start, end):
         h.xdotool("mousemove", *start, "mousedown", "1", "mousemove", (start[0] + end[0]) // 2,

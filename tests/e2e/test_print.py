@@ -12,7 +12,6 @@ import harness as h
 
 PDF_DIR = os.environ.get("QUILLON_PDF_DIR", os.path.join(h.BUILD_DIR, "cups", "pdf"))
 TITLE_TAIL = " - Quillon"
-PRINT_DIRECT = 57608
 LINES = 300
 
 
@@ -63,6 +62,11 @@ def preview_bar():
     return {c.id: c for c in h.window_texts("winPrintPreview")[1:] if c.cls in ("Button", "Static")}
 
 
+def page_label():
+    """The text of the preview bar's one label, which counts the pages; None while there is no preview."""
+    return next((c.text for c in preview_bar().values() if c.cls == "Static"), None)
+
+
 class Printing(h.QuillonTestCase):
     def open_document(self, env=None):
         folder = h.scratch_dir(self.id().split(".")[-1])
@@ -75,7 +79,7 @@ class Printing(h.QuillonTestCase):
     def open_preview(self, wid):
         """Opens the print preview; the page count it shows."""
         h.key(wid, "alt+f", "v")
-        label = h.eventually(lambda: preview_bar().get(8), what="the preview's page label").text
+        label = h.eventually(page_label, what="the preview's page label")
         return int(re.fullmatch(r"Page 1 of (\d+)", label).group(1))
 
     def assert_printed(self, path, pages):
@@ -110,7 +114,7 @@ class Printing(h.QuillonTestCase):
         self.assert_printed(printed, pages)
 
         before = pdfs()
-        h.post_command("winFrame", PRINT_DIRECT)
+        h.post_command("winFrame", h.ID.ID_FILE_PRINT_DIRECT)
         self.assert_printed(new_pdf(before), pages)
         self.assertNotIn("Print", h.visible_titles(), "Print Direct asks nothing")
 
@@ -127,7 +131,7 @@ class Printing(h.QuillonTestCase):
         ]
         for keys, expected, shot in steps:
             h.key(wid, *keys)
-            h.eventually(lambda: preview_bar()[8].text == expected, what=expected)
+            h.eventually(lambda: page_label() == expected, what=expected)
             h.screenshot(shot, wid)
 
         # the sheet: white paper with dark text in the middle, the grey ground at the edge
@@ -154,7 +158,7 @@ class Printing(h.QuillonTestCase):
             h.key(wid, *keys)
             box = h.wait_window("^Quillon$", timeout=30)
             texts = [c.text for c in h.window_texts("#32770")]
-            self.assertIn("No printer is installed. Install a printer, then try again.", texts, keys)
+            self.assertIn(h.text("WIN_IDS_NO_PRINTER"), texts, keys)
             h.key(box, "Return")
             h.eventually(lambda: "Quillon" not in h.visible_titles(), what="the message to close")
         self.assertFalse(preview_bar(), "no preview without a printer")

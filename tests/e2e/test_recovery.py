@@ -2,7 +2,6 @@
 Untitled one survives Quillon being ended abruptly (the prefix's wineserver killed), is offered at the next
 start, comes back exactly under its title with Restore and saves with Ctrl+S; a text saved before the kill
 leaves nothing to offer; Discard empties the recovery folder."""
-import glob
 import os
 import re
 import unittest
@@ -13,12 +12,6 @@ TITLE_TAIL = " - Quillon"
 OFFER = "^Recover Unsaved Text$"
 
 tearDownModule = h.end_wine
-
-
-def recovery_files():
-    """The recovery files in the prefix's %LOCALAPPDATA%\\Tarvik\\Quillon\\Recovery, whatever Wine calls that."""
-    pattern = os.path.join(h.WINEPREFIX, "drive_c", "users", "*", "**", "Tarvik", "Quillon", "Recovery", "*")
-    return sorted(glob.glob(pattern, recursive=True))
 
 
 def record_text(path):
@@ -37,13 +30,13 @@ def read(path):
 class Recovery(h.QuillonTestCase):
     def setUp(self):
         super().setUp()
-        for f in recovery_files():
+        for f in h.recovery_files():
             os.remove(f)
 
     def type_and_kill(self, wid, text):
         """Types `text`, waits for its recovery file, then ends Quillon the hard way."""
         h.type_text(wid, text)
-        files = h.eventually(lambda: [f for f in recovery_files() if f.endswith(".qrf")], timeout=15,
+        files = h.eventually(lambda: [f for f in h.recovery_files() if f.endswith(".qrf")], timeout=15,
                              what="a recovery file")
         h.eventually(lambda: record_text(files[0])[1].endswith(text.encode("utf-8")), timeout=15,
                      what="the typed text in the recovery file")
@@ -72,12 +65,12 @@ class Recovery(h.QuillonTestCase):
 
         wid = self.restore("^" + re.escape(h.wine_path(path) + TITLE_TAIL))
         # the new run keeps the restored text in its own file at once; it is the view's text
-        _, text = record_text(h.eventually(recovery_files, what="the restored text's own file")[0])
+        _, text = record_text(h.eventually(h.recovery_files, what="the restored text's own file")[0])
         self.assertEqual(text, "first line\r\n typed more".encode("utf-8"))
         h.key(wid, "ctrl+s")
         h.eventually(lambda: read(path) != b"first line\n", what="the save of " + path)
         self.assertEqual(read(path), "first line\r\n typed more".encode("utf-8"))
-        h.eventually(lambda: not recovery_files(), what="an empty recovery folder after the save")
+        h.eventually(lambda: not h.recovery_files(), what="an empty recovery folder after the save")
 
     def test_an_untitled_text_comes_back_as_untitled(self):
         self.start()
@@ -85,7 +78,7 @@ class Recovery(h.QuillonTestCase):
         self.type_and_kill(wid, "never saved")
 
         wid = self.restore("^Untitled" + re.escape(TITLE_TAIL))
-        files = h.eventually(recovery_files, what="the restored text's own file")
+        files = h.eventually(h.recovery_files, what="the restored text's own file")
         header, text = record_text(files[0])
         self.assertEqual(text, b"never saved")
         self.assertEqual(header[1], b"path: ", "no path: Untitled")
@@ -96,7 +89,7 @@ class Recovery(h.QuillonTestCase):
         h.type_text(dialog, h.wine_path(path))
         h.key(dialog, "Return")
         h.eventually(lambda: os.path.exists(path) and read(path) == b"never saved", what="the save as " + path)
-        h.eventually(lambda: not recovery_files(), what="an empty recovery folder after the save")
+        h.eventually(lambda: not h.recovery_files(), what="an empty recovery folder after the save")
 
     def test_a_text_saved_before_the_kill_leaves_nothing_to_recover(self):
         folder = h.scratch_dir("recovery-saved")
@@ -106,16 +99,16 @@ class Recovery(h.QuillonTestCase):
         self.start(h.wine_path(path))
         wid = h.wait_window(re.escape("done.txt" + TITLE_TAIL))
         h.type_text(wid, "finished")
-        h.eventually(recovery_files, timeout=15, what="a recovery file")
+        h.eventually(h.recovery_files, timeout=15, what="a recovery file")
         h.key(wid, "ctrl+s")
         h.eventually(lambda: read(path) == b"finished", what="the save of " + path)
-        h.eventually(lambda: not recovery_files(), what="the recovery file gone with the save")
+        h.eventually(lambda: not h.recovery_files(), what="the recovery file gone with the save")
         h.end_wine()
 
         self.start()
         h.wait_window("^Untitled" + re.escape(TITLE_TAIL))
         self.assertNotIn("Recover Unsaved Text", h.visible_titles())
-        self.assertEqual(recovery_files(), [])
+        self.assertEqual(h.recovery_files(), [])
 
     def test_discard_empties_the_recovery_folder(self):
         self.start()
@@ -127,7 +120,7 @@ class Recovery(h.QuillonTestCase):
         h.key(offer, "alt+d")
         h.eventually(lambda: "Recover Unsaved Text" not in h.visible_titles(), what="the offer to close")
         h.wait_window("^Untitled" + re.escape(TITLE_TAIL))
-        h.eventually(lambda: not recovery_files(), what="an empty recovery folder after Discard")
+        h.eventually(lambda: not h.recovery_files(), what="an empty recovery folder after Discard")
 
 
 if __name__ == "__main__":

@@ -19,7 +19,7 @@ import productServer  # noqa: E402
 DIALOG = "Check For Later Version"
 OLDER = "Quillon version 434003\nQuillon version_string 4.3.4003\n"
 SAYS_OLDER = "This is OLDER than the latest downloadable version (4.3.4003)\n\nThe latest version can be downloaded from here"
-NO_CONTACT = "Unable to contact %s\n\nYour Internet connection may need configuring."
+NO_CONTACT = h.text("IDS_VERSION_NO_CONTACT")
 
 
 tearDownModule = h.end_wine
@@ -32,7 +32,7 @@ def read(path):
 
 def dialog_text():
     h.wait_window("^%s$" % DIALOG, timeout=60)
-    shown = [c.text for c in h.window_texts("#32770") if c.id == 275]
+    shown = [c.text for c in h.window_texts("#32770") if c.id == h.ID.IDC_VERSION_MESSAGE]
     return shown[0].replace("\\n", "\n") if shown else None
 
 

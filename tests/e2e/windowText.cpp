@@ -5,12 +5,22 @@
 //   windowText frame <title part>   the first visible top-level window whose title holds the text, then
 //                                   its children
 //   windowText command <class> <id> posts command <id> to the first visible top-level window of that class
+//                                   (a dialog owned by another window is one)
+//   windowText button <class> <id> the toolbar button of command <id> in the first visible top-level window
+//                                   of that class, as a window line (its text empty)
+//   windowText fit <class>          for each visible window of that class, its visible static texts,
+//                                   buttons and rich edit controls: whether the text, measured in the
+//                                   control's own font, fits, and whether its characters are in that font
 //   windowText edit <title part> <file>
 //                                   writes the whole text of that window's edit control to <file> as
 //                                   UTF-8, CR-LF line ends as the control holds them
 // One line a window: id, class, enabled, visible, left, top, width, height (screen pixels), text (a status
-// bar's first part; UTF-8, "\n" escaped).
+// bar's first part; UTF-8, "\n" escaped). A fit line: id, class, fits (1 or 0), the width and height the
+// text needs, the width and height the control has for it, how many of its characters the font draws as
+// the missing-glyph box, the face GetTextFace names, text.
 #include <windows.h>
+
+#include <commctrl.h>
 
 #include <cstdio>
 #include <cwchar>
@@ -83,6 +93,69 @@ BOOL CALLBACK collectTop(HWND window, LPARAM)
     return TRUE;
 }
 
+// The toolbar's button rectangle is written into the memory of the toolbar's own process.
+int printButton(HWND top, int command)
+{
+    found.clear();
+    wanted = TOOLBARCLASSNAMEW;
+    EnumChildWindows(top, collectChild, 0);
+    DWORD pid = 0;
+    if (found.empty() || !GetWindowThreadProcessId(found[0], &pid))
+        return 1;
+    HWND bar = found[0];
+    HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, pid);
+    if (!process)
+        return 1;
+    void* remote = VirtualAllocEx(process, nullptr, sizeof(RECT), MEM_COMMIT, PAGE_READWRITE);
+    RECT r = {};
+    bool got = remote && SendMessageW(bar, TB_GETRECT, WPARAM(command), reinterpret_cast<LPARAM>(remote)) &&
+               ReadProcessMemory(process, remote, &r, sizeof r, nullptr);
+    if (remote)
+        VirtualFreeEx(process, remote, 0, MEM_RELEASE);
+    CloseHandle(process);
+    if (!got)
+        return 1;
+    MapWindowPoints(bar, nullptr, reinterpret_cast<POINT*>(&r), 2);
+    bool enabled = SendMessageW(bar, TB_ISBUTTONENABLED, WPARAM(command), 0) != 0;
+    std::printf("%d\tbutton\t%d\t1\t%ld\t%ld\t%ld\t%ld\t\n", command, enabled ? 1 : 0, r.left, r.top, r.right - r.left,
+                r.bottom - r.top);
+    return 0;
+}
+
+// Another process's font handles mean nothing here: the measuring runs inside the window's own thread,
+// in windowTextFit.dll, hooked in for one message, and writes its lines to a file for this process.
+int printFits(HWND window)
+{
+    wchar_t dll[MAX_PATH] = {}, temp[MAX_PATH] = {}, name[64] = {};
+    GetModuleFileNameW(nullptr, dll, MAX_PATH);
+    wcscpy(wcsrchr(dll, L'\\') + 1, L"windowTextFit.dll");
+    HMODULE module = LoadLibraryW(dll);
+    // the usual detour through a generic function pointer: GetProcAddress knows no signatures
+    auto hookProc =
+        module ? reinterpret_cast<HOOKPROC>(reinterpret_cast<void (*)()>(GetProcAddress(module, "fitHook"))) : nullptr;
+    if (!hookProc)
+        return 1;
+    DWORD asker = GetCurrentProcessId();
+    swprintf(name, 64, L"windowText-fit-%lu", asker);
+    HANDLE done = CreateEventW(nullptr, TRUE, FALSE, name);
+    HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, hookProc, module, GetWindowThreadProcessId(window, nullptr));
+    bool answered = hook && PostMessageW(window, RegisterWindowMessageW(L"windowText.fit"), asker, 0) &&
+                    WaitForSingleObject(done, 20000) == WAIT_OBJECT_0;
+    if (hook)
+        UnhookWindowsHookEx(hook);
+    CloseHandle(done);
+    GetTempPathW(MAX_PATH, temp);
+    std::wstring path = std::wstring(temp) + name + L".txt";
+    if (FILE* f = answered ? _wfopen(path.c_str(), L"rb") : nullptr) {
+        char line[8192];
+        while (std::fgets(line, sizeof line, f))
+            std::fputs(line, stdout);
+        std::fclose(f);
+    }
+    DeleteFileW(path.c_str());
+    return answered ? 0 : 1;
+}
+
 BOOL CALLBACK firstEdit(HWND window, LPARAM result)
 {
     if (_wcsicmp(classOf(window).c_str(), L"Edit") != 0)
@@ -122,26 +195,36 @@ int saveEditText(const wchar_t* path)
 int wmain(int argc, wchar_t** argv)
 {
     bool command = argc == 4 && !wcscmp(argv[1], L"command");
+    bool button = argc == 4 && !wcscmp(argv[1], L"button");
     bool frame = argc == 3 && !wcscmp(argv[1], L"frame");
+    bool fit = argc == 3 && !wcscmp(argv[1], L"fit");
     bool edit = argc == 4 && !wcscmp(argv[1], L"edit");
-    if (argc != 2 && !command && !frame && !edit) {
-        std::fprintf(stderr, "usage: windowText <class> | windowText frame <title> | windowText command <class> <id> | "
-                             "windowText edit <title> <file>\n");
+    if (argc != 2 && !command && !button && !frame && !fit && !edit) {
+        std::fprintf(stderr,
+                     "usage: windowText <class> | windowText frame <title> | windowText command <class> <id> | "
+                     "windowText button <class> <id> | windowText fit <class> | windowText edit <title> <file>\n");
         return 2;
     }
     wanted = argv[argc == 2 ? 1 : 2];
     EnumWindows(frame || edit ? titled : collectTop, 0);
     if (edit)
         return saveEditText(argv[3]);
-    if (command) {
+    if (command || button) {
         for (HWND window : found)
-            if (!GetParent(window) && IsWindowVisible(window))
-                return PostMessageW(window, WM_COMMAND, WPARAM(_wtoi(argv[3])), 0) ? 0 : 1;
+            if (!(GetWindowLongW(window, GWL_STYLE) & WS_CHILD) && IsWindowVisible(window))
+                return command ? (PostMessageW(window, WM_COMMAND, WPARAM(_wtoi(argv[3])), 0) ? 0 : 1)
+                               : printButton(window, _wtoi(argv[3]));
         return 1;
     }
+    int failed = 0;
     for (HWND window : found) {
+        if (fit) {
+            if (IsWindowVisible(window))
+                failed |= printFits(window);
+            continue;
+        }
         print(window);
         EnumChildWindows(window, print, 0);
     }
-    return found.empty() ? 1 : 0;
+    return found.empty() || failed ? 1 : 0;
 }

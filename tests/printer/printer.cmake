@@ -7,7 +7,7 @@ if(WIN32)
     add_test(NAME printer_stop COMMAND bash ${CMAKE_CURRENT_LIST_DIR}/cupsd.sh stop ${QUILLON_CUPS_DIR})
     set_tests_properties(printer_start PROPERTIES FIXTURES_SETUP printer TIMEOUT 60)
     set_tests_properties(printer_stop PROPERTIES FIXTURES_CLEANUP printer TIMEOUT 60)
-    foreach(t win_tests e2e_test_print)
+    foreach(t win_tests e2e_test_print e2e_test_dialogs)
         if(TEST ${t})
             set_property(TEST ${t} APPEND PROPERTY FIXTURES_REQUIRED printer)
             set_property(TEST ${t} APPEND PROPERTY ENVIRONMENT

@@ -11,6 +11,7 @@ QWZ_TEST_PRODUCT_TABLE, QWZ_TEST_PRODUCT_LOG) set, stops when it ends and exits 
 """
 import argparse
 import http.server
+from http import HTTPStatus
 import json
 import os
 import socket
@@ -66,7 +67,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         form = dict(reversed([pair.partition("=")[::2] for pair in body.decode("latin-1").split("&")]))
         value = read_table(self.server.table).get((form.get("product"), form.get("attribute")))
         if self.path != SCRIPT or value is None:
-            self.answer(b"no such script, product or attribute", 404)
+            self.answer(b"no such script, product or attribute", HTTPStatus.NOT_FOUND)
         elif value.startswith("!"):
             mode, _, rest = value[1:].partition(" ")
             self.misbehave(mode, page(rest))
@@ -80,7 +81,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.send_header("Connection", "close")
         self.end_headers()
 
-    def answer(self, body, status=200):
+    def answer(self, body, status=HTTPStatus.OK):
         self.head(status, len(body))
         self.wfile.write(body)
         self.wfile.flush()
@@ -88,14 +89,14 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def misbehave(self, mode, body):
         half = len(body) // 2
         if mode in ("304", "404"):
-            self.answer(b"", int(mode))
+            self.answer(b"", HTTPStatus(int(mode)))
         elif mode in ("nodata", "noclose"):
             self.answer(body.replace(b"<data>" if mode == "nodata" else b"</data>", b""))
         elif mode == "nolength":
-            self.head(200)
+            self.head(HTTPStatus.OK)
             self.wfile.write(body)
         elif mode in ("split", "cut"):
-            self.head(200, len(body))
+            self.head(HTTPStatus.OK, len(body))
             self.wfile.write(body[:half])
             self.wfile.flush()
             if mode == "split":
@@ -105,7 +106,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             time.sleep(2)
             self.answer(body)
         elif mode == "endless":
-            self.head(200)
+            self.head(HTTPStatus.OK)
             for _ in range(1024):  # 64 MiB at most, should the client never hang up
                 self.wfile.write(b"<data>" + b"x" * 65530)
         elif mode == "huge":

@@ -20,7 +20,8 @@ namespace
 
 void assertWith(const char* mode)
 {
-    qt::setEnv("ORBA_ASSERT", mode);
+    qt::ScopedEnv env;
+    env.set("ORBA_ASSERT", mode);
     utAssertionFailed("nls/nlsDataBase", 450, "nlsDataBase failed - with error 33");
 }
 
@@ -74,7 +75,8 @@ TEST(AssertDeathTest, AnyOtherValueIsAFileAppendedTo)
 
 TEST(AssertDeathTest, EmptyValueLosesTheReportButStillExitsWithOne)
 {
-    qt::setEnv("ORBA_ASSERT", "");
+    qt::ScopedEnv env;
+    env.set("ORBA_ASSERT", "");
     if (!std::getenv("ORBA_ASSERT"))
         GTEST_SKIP() << "the C runtime removes a variable set to the empty text";
     EXPECT_EXIT(assertWith(""), testing::ExitedWithCode(1), "^$");

@@ -31,7 +31,7 @@ protected:
         // the program's own domain, made by any earlier test in this process that translated a text
         qwzTheAppCatalog().stop();
         for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG", "NLSPATH", "QUILLON_USER_LOCALE"})
-            qt::setEnv(name, nullptr);
+            env_.set(name, nullptr);
         saved_ = nlsDataBase::reportHook();
         nlsDataBase::reportHook() = [](void*, const nlsError& e) {
             reports().push_back(e.text());
@@ -55,6 +55,8 @@ protected:
         nlsDomainManager::setLastCategory(0);
         reports().clear();
     }
+    qt::ScopedEnv env_;
+
     static std::string dir(const char* variant)
     {
         return qt::dataPath(std::string("nls/") + variant);
@@ -77,9 +79,9 @@ TEST_F(nlsDomainManagerTest, TheFirstNonEmptyVariableChoosesTheLanguage)
     };
     for (const auto& c : cases) {
         reset();
-        qt::setEnv("LC_ALL", c.lcAll);
-        qt::setEnv("LC_MESSAGES", c.lcMessages);
-        qt::setEnv("LANG", c.lang);
+        env_.set("LC_ALL", c.lcAll);
+        env_.set("LC_MESSAGES", c.lcMessages);
+        env_.set("LANG", c.lang);
         EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.chosen);
         nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
         EXPECT_STREQ(nlsDomainManager::translate(d, "Open"), c.open) << "chosen " << c.chosen;
@@ -90,9 +92,9 @@ TEST_F(nlsDomainManagerTest, TheFirstNonEmptyVariableChoosesTheLanguage)
 }
 
 // Whether this platform lets a test choose the user's locale through QUILLON_USER_LOCALE.
-bool chooseUserLocale(const char* locale)
+bool chooseUserLocale(qt::ScopedEnv& env, const char* locale)
 {
-    qt::setEnv("QUILLON_USER_LOCALE", locale);
+    env.set("QUILLON_USER_LOCALE", locale);
     std::string wanted = locale;
     return platform::userDefaultLocale().englishLanguage == wanted.substr(0, wanted.find('|'));
 }
@@ -107,22 +109,22 @@ TEST_F(nlsDomainManagerTest, TheUserLocaleDecidesWhenTheEnvironmentIsSilent)
         {"German (Germany)|DEU|DEU", "German", "German"},
         {"Spanish (Spain, International Sort)|ESN|ESP", "Spanish-ESP", "Spanish"},
     };
-    if (!chooseUserLocale(cases[0].locale))
+    if (!chooseUserLocale(env_, cases[0].locale))
         GTEST_SKIP() << "the system's own user locale stands here; the end-to-end tests start from it";
     for (const auto& c : cases) {
-        chooseUserLocale(c.locale);
+        chooseUserLocale(env_, c.locale);
         reset();
         EXPECT_STREQ(nlsDomainManager::systemLanguage(1).text(), c.full) << c.locale;
         reset();
         EXPECT_STREQ(nlsDomainManager::systemLanguage(3).text(), c.bare) << c.locale;
     }
-    chooseUserLocale("German (Germany)|DEU|DEU");
+    chooseUserLocale(env_, "German (Germany)|DEU|DEU");
     reset();
     nlsDomain* d = nlsDomainManager::createDomain(dir("little").c_str(), "quillon");
     EXPECT_STREQ(nlsDomainManager::translate(d, "Find"), "Suchen");
     nlsDomainManager::destroyDomain(d);
     // skipping the environment leaves LC_ALL unread
-    qt::setEnv("LC_ALL", "Klingon");
+    env_.set("LC_ALL", "Klingon");
     reset();
     nlsDomainManager::setSkipEnvironment(1);
     EXPECT_STRNE(nlsDomainManager::systemLanguage(1).text(), "Klingon");
@@ -141,7 +143,7 @@ TEST_F(nlsDomainManagerTest, TheSystemLanguageIsKeptUntilAnotherCategoryAsks)
         {"Spanish", 1, "French"}, {"Italian", 2, "Italian"}, {"Japanese", 2, "Italian"}, {"Japanese", 5, "Japanese"},
     };
     for (const auto& step : steps) {
-        qt::setEnv("LC_ALL", step.lcAll);
+        env_.set("LC_ALL", step.lcAll);
         EXPECT_STREQ(nlsDomainManager::systemLanguage(step.category).text(), step.answer)
             << "LC_ALL " << step.lcAll << ", category " << step.category;
     }
@@ -172,21 +174,21 @@ TEST_F(nlsDomainManagerTest, TheLocaleNameTakesAnUnderscoreOnlyForTheUsersOwnLan
     for (const auto& c : cases) {
         reset();
         seen.clear();
-        if (!chooseUserLocale(c.userLocale))
+        if (!chooseUserLocale(env_, c.userLocale))
             continue; // the system's own user locale stands: nothing to choose from here
-        qt::setEnv("LC_ALL", *c.requested ? nullptr : "Klingon");
+        env_.set("LC_ALL", *c.requested ? nullptr : "Klingon");
         nlsDomainManager::setSkipEnvironment(*c.requested ? 0 : 1);
         nlsDomainManager::setLanguageForAllDomains(c.requested);
         EXPECT_EQ(seen, std::vector<std::string>{c.report}) << "requested \"" << c.requested << "\"";
         EXPECT_FALSE(nlsDomainManager::localeSet());
-        qt::setEnv("LC_ALL", nullptr);
+        env_.set("LC_ALL", nullptr);
     }
     nlsDomainManager::localeReportHook() = savedHook;
 }
 
 TEST_F(nlsDomainManagerTest, SettingTheLanguageForAllDomainsReloads)
 {
-    qt::setEnv("LC_ALL", "English");
+    env_.set("LC_ALL", "English");
     std::string dirs = dir("little") + ";" + dir("fallback");
     nlsDomain* d = nlsDomainManager::createDomain(dirs.c_str(), "quillon");
     EXPECT_STREQ(nlsDomainManager::translate(d, "Color"), "Colour");
@@ -206,7 +208,7 @@ TEST_F(nlsDomainManagerTest, SettingTheLanguageForAllDomainsReloads)
 
 TEST_F(nlsDomainManagerTest, NlsPathIsSearchedAfterTheDomainsDirectory)
 {
-    qt::setEnv("LC_ALL", "German");
+    env_.set("LC_ALL", "German");
     nlsDomain* none = nlsDomainManager::createDomain("", "quillon");
     EXPECT_FALSE(none->loaded()) << "no directory and no NLSPATH: no search at all";
     EXPECT_TRUE(reports().empty());
@@ -214,7 +216,7 @@ TEST_F(nlsDomainManagerTest, NlsPathIsSearchedAfterTheDomainsDirectory)
 
     // set but empty is not unset: the search runs, finds nothing and says so (where the C library keeps
     // an empty variable at all)
-    qt::setEnv("NLSPATH", "");
+    env_.set("NLSPATH", "");
     if (std::getenv("NLSPATH")) {
         nlsDomain* empty = nlsDomainManager::createDomain("", "quillon");
         EXPECT_TRUE(empty->loaded());
@@ -224,7 +226,7 @@ TEST_F(nlsDomainManagerTest, NlsPathIsSearchedAfterTheDomainsDirectory)
         reports().clear();
     }
 
-    qt::setEnv("NLSPATH", (dir("nowhere") + ";" + dir("big-nohash")).c_str());
+    env_.set("NLSPATH", (dir("nowhere") + ";" + dir("big-nohash")).c_str());
     nlsDomain* d = nlsDomainManager::createDomain("", "quillon");
     EXPECT_TRUE(d->loaded());
     EXPECT_STREQ(nlsDomainManager::translate(d, "Exit"), "Beenden");
@@ -234,7 +236,7 @@ TEST_F(nlsDomainManagerTest, NlsPathIsSearchedAfterTheDomainsDirectory)
 
 TEST_F(nlsDomainManagerTest, SettingTheLocaleInstallsNumbersWithoutGrouping)
 {
-    qt::setEnv("LC_ALL", "German");
+    env_.set("LC_ALL", "German");
     uint32_t code = nlsDomainManager::setLocale(0);
     EXPECT_EQ(code, 0u) << "the C library knows the languages Quillon ships";
     if (code == 0) {

@@ -29,8 +29,8 @@ protected:
     {
         qwzTheAppCatalog().stop();
         for (const char* name : {"LC_MESSAGES", "LANG", "NLSPATH", "QUILLON_USER_LOCALE"})
-            qt::setEnv(name, nullptr);
-        qt::setEnv("LC_ALL", "German");
+            env_.set(name, nullptr);
+        env_.set("LC_ALL", "German");
         nlsDomainManager::setLanguageForAllDomains("");
         nlsDomainManager::clearSystemLanguage();
         saved_ = nlsDataBase::reportHook();
@@ -49,6 +49,7 @@ protected:
     }
 
     nlsDataBase::ReportHook saved_ = nullptr;
+    qt::ScopedEnv env_;
 };
 
 struct Case {

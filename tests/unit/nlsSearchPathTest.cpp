@@ -54,17 +54,15 @@ TEST(nlsSearchPath, QuotesKeepASemicolonInsideOnePiece)
 
 TEST(nlsSearchPath, ATildeBecomesHome)
 {
-    const char* saved = std::getenv("HOME");
-    std::string home = saved ? saved : "";
-    qt::setEnv("HOME", "/home/q");
+    qt::ScopedEnv env;
+    env.set("HOME", "/home/q");
     nlsSearchPath path;
     EXPECT_EQ(path.addList("~/cat;~;/home/q/cat", nlsSearchPath::Append), 0);
     EXPECT_EQ(entries(path), (List{"/home/q/cat", "/home/q"})) << "the expanded twin is a duplicate";
-    qt::setEnv("HOME", nullptr);
+    env.set("HOME", nullptr);
     EXPECT_EQ(path.addEntry("~/other", nlsSearchPath::Append), nlsSearchPath::NoHome);
     EXPECT_EQ(path.addList("~/other;plain", nlsSearchPath::Append), 0);
     EXPECT_EQ(entries(path), (List{"/home/q/cat", "/home/q", "plain"}));
-    qt::setEnv("HOME", saved ? home.c_str() : nullptr);
 }
 
 TEST(nlsSearchPath, AbsoluteNames)

@@ -22,7 +22,7 @@ protected:
     void SetUp() override
     {
         for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG", "NLSPATH", "QUILLON_USER_LOCALE"})
-            qt::setEnv(name, nullptr);
+            env_.set(name, nullptr);
         nlsDomainManager::setLanguageForAllDomains("");
         nlsDomainManager::clearSystemLanguage();
         nlsDomainManager::setLastCategory(0);
@@ -33,13 +33,14 @@ protected:
         qwzAppCatalog::setBaseDirectory(utString(qt::hostPath(root_).c_str()));
     }
     std::string root_;
+    qt::ScopedEnv env_;
 };
 
 // A text translated before the catalog directory was known must not leave the domain it made without
 // catalogs: the next translation after the directory is set searches there.
 TEST_F(qwzAppCatalogTest, ATranslationBeforeTheDirectoryWasSetDoesNotKeepTheRunEnglish)
 {
-    qt::setEnv("LC_ALL", "German");
+    env_.set("LC_ALL", "German");
     qwzAppCatalog::setBaseDirectory(utString(""));
     qwzAppCatalog catalog;
     EXPECT_EQ(catalog.translate("Save").str(), "Save") << "no catalogs known yet";
@@ -58,7 +59,7 @@ TEST_F(qwzAppCatalogTest, AnInstallationDirectoryHoldingASemicolonLoadsItsCatalo
     qt::writeFile(installed + "/German/LC_MESSAGES/quillon.mo",
                   qt::readFile(qt::dataPath("nls/little/German/LC_MESSAGES/quillon.mo")));
     qwzAppCatalog::setBaseDirectory(utString(qt::hostPath(installed).c_str()));
-    qt::setEnv("LC_ALL", "German");
+    env_.set("LC_ALL", "German");
     std::vector<std::string> seen;
     static std::vector<std::string>* reports = &seen;
     nlsDataBase::ReportHook saved = nlsDataBase::reportHook();
@@ -98,7 +99,7 @@ void checkProcessWideTranslate()
 
 TEST_F(qwzAppCatalogTest, TheProcessWideTranslateFormatsTheTranslation)
 {
-    qt::setEnv("LC_ALL", "German");
+    env_.set("LC_ALL", "German");
     EXPECT_EXIT(checkProcessWideTranslate(), testing::ExitedWithCode(0), "^$");
 }
 

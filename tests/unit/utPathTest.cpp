@@ -15,15 +15,16 @@ namespace
 
 TEST(utExpandReferences, ResolvesOneReference)
 {
-    qt::setEnv("HOME", "/h");
-    qt::setEnv("QV", "/a");
-    qt::setEnv("QP", "QQ");
-    qt::setEnv("QQ", "R");
-    qt::setEnv("QS", "QT");
-    qt::setEnv("QT", "1");
-    qt::setEnv("QLOOP", "QLOOP2");
-    qt::setEnv("QLOOP2", "QLOOP");
-    qt::setEnv("QUNSET", nullptr);
+    qt::ScopedEnv env;
+    env.set("HOME", "/h");
+    env.set("QV", "/a");
+    env.set("QP", "QQ");
+    env.set("QQ", "R");
+    env.set("QS", "QT");
+    env.set("QT", "1");
+    env.set("QLOOP", "QLOOP2");
+    env.set("QLOOP2", "QLOOP");
+    env.set("QUNSET", nullptr);
     struct Case {
         const char* in;
         const char* expected;
@@ -53,8 +54,9 @@ TEST(utExpandReferences, ResolvesOneReference)
 TEST(utExpandReferences, LongInputsAndValuesFitWhateverTheirLength)
 {
     std::string longValue(5000, 'v');
-    qt::setEnv("QLONG", longValue.c_str());
-    qt::setEnv("HOME", longValue.c_str());
+    qt::ScopedEnv env;
+    env.set("QLONG", longValue.c_str());
+    env.set("HOME", longValue.c_str());
     std::string longRest = "/" + std::string(3000, 'r');
     struct Case {
         std::string in, expected;
@@ -76,7 +78,8 @@ TEST(utFileProbe, KindsOfRealEntries)
     std::string dir = qt::scratchDir("utFileProbe");
     std::string file = dir + "/file.txt";
     qt::writeFile(file, "x");
-    qt::setEnv("QPROBEDIR", dir.c_str());
+    qt::ScopedEnv env;
+    env.set("QPROBEDIR", dir.c_str());
     struct Case {
         std::string path;
         int probe; // -1: not checked

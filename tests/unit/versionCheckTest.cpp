@@ -23,18 +23,18 @@ TEST(VersionReply, CutsTheDataValue)
         int status;
         const char* value;
     } cases[] = {
-        {"x<data>\r\n4.3.4003\r\n</data>y", 0, "4.3.4003"},
-        {"<data>abc</data>", 0, "abc"},
-        {"<data>\nabc\n</data>", 0, "abc"},
-        {"<data></data>", 0, ""},
-        {"<data>a\r\n\r\n</data>", 0, "a\r\n"},
-        {"<data>first</data><data>second</data>", 0, "first"},
+        {"x<data>\r\n4.3.4003\r\n</data>y", httpOk, "4.3.4003"},
+        {"<data>abc</data>", httpOk, "abc"},
+        {"<data>\nabc\n</data>", httpOk, "abc"},
+        {"<data></data>", httpOk, ""},
+        {"<data>a\r\n\r\n</data>", httpOk, "a\r\n"},
+        {"<data>first</data><data>second</data>", httpOk, "first"},
         // the empty value written with one line end runs on to the end of the reply, as it always did
-        {"<data>\r\n</data>tail", 0, "</data>tail"},
-        {"<data>\n</data>", 0, "</data>"},
+        {"<data>\r\n</data>tail", httpOk, "</data>tail"},
+        {"<data>\n</data>", httpOk, "</data>"},
         // (no opening or no closing tag at all: the client's test against the local server)
-        {"</data><data>", 8, nullptr},
-        {"", 8, nullptr},
+        {"</data><data>", httpNoData, nullptr},
+        {"", httpNoData, nullptr},
     };
     for (const auto& c : cases) {
         char* value = nullptr;
@@ -83,8 +83,9 @@ TEST(ProductServerSetting, TakesOnlyAWellFormedServerAndLogsAnyOther)
         {"http://h:80/path", nullptr, 0, false},
         {"http://h h", nullptr, 0, false},
     };
+    qt::ScopedEnv env;
     for (const auto& c : cases) {
-        qt::setEnv("QWZ_PRODUCT_SERVER", c.value);
+        env.set("QWZ_PRODUCT_SERVER", c.value);
         qwzStringOutput log;
         qwzProductServer server = qwzProductServer::current(log);
         bool ignored = !c.host;
@@ -96,7 +97,6 @@ TEST(ProductServerSetting, TakesOnlyAWellFormedServerAndLogsAnyOther)
                                             : "")
             << c.value;
     }
-    qt::setEnv("QWZ_PRODUCT_SERVER", nullptr);
 }
 
 TEST(VersionVerdict, ComparesKeysAsTextAndLinksOnlyWhatTheProgramWrites)

@@ -47,7 +47,7 @@ public:
     }
     bool onUpdateCommand(unsigned id, winCommandState& state) override
     {
-        if (id != 253)
+        if (id != ID_EDIT_GOTO_LINE)
             return false;
         state.enabled = false;
         return true;
@@ -133,15 +133,15 @@ TEST(CommandRoutingTest, MenuItemsTakeTheStatesOfTheirTargets)
     SetWindowTextW(view, L"some text");
     SendMessageW(view, EM_SETSEL, 2, 2);
     SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(edit), 1);
-    EXPECT_TRUE(greyed(57635)) << "Cut without a selection";
-    EXPECT_TRUE(greyed(57634)) << "Copy without a selection";
-    EXPECT_FALSE(greyed(57642)) << "Select All with text";
-    EXPECT_TRUE(greyed(253)) << "the document greys Go To";
+    EXPECT_TRUE(greyed(ID_EDIT_CUT)) << "Cut without a selection";
+    EXPECT_TRUE(greyed(ID_EDIT_COPY)) << "Copy without a selection";
+    EXPECT_FALSE(greyed(ID_EDIT_SELECT_ALL)) << "Select All with text";
+    EXPECT_TRUE(greyed(ID_EDIT_GOTO_LINE)) << "the document greys Go To";
 
     SendMessageW(view, EM_SETSEL, 0, 4);
     SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(edit), 1);
-    EXPECT_FALSE(greyed(57635)) << "Cut with a selection";
-    EXPECT_FALSE(greyed(57634)) << "Copy with a selection";
+    EXPECT_FALSE(greyed(ID_EDIT_CUT)) << "Cut with a selection";
+    EXPECT_FALSE(greyed(ID_EDIT_COPY)) << "Copy with a selection";
 }
 
 } // namespace

@@ -32,17 +32,17 @@ void runAction(TestApp& app, const std::string& action, const std::wstring& othe
 {
     HWND frame = app.mainFrame()->hwnd();
     if (action == "new") {
-        SendMessageW(frame, WM_COMMAND, 57600, 0);
+        SendMessageW(frame, WM_COMMAND, ID_FILE_NEW, 0);
     } else if (action == "open") {
         app.fileAnswers.push_back(other);
-        SendMessageW(frame, WM_COMMAND, 57601, 0);
+        SendMessageW(frame, WM_COMMAND, ID_FILE_OPEN, 0);
     } else if (action == "recent") {
         app.addToRecentFileList(other);
-        SendMessageW(frame, WM_COMMAND, 57616, 0);
+        SendMessageW(frame, WM_COMMAND, ID_FILE_MRU_FILE1, 0);
     } else if (action == "close") {
         SendMessageW(frame, WM_CLOSE, 0, 0);
     } else if (action == "exit") {
-        SendMessageW(frame, WM_COMMAND, 57665, 0);
+        SendMessageW(frame, WM_COMMAND, ID_APP_EXIT, 0);
     }
 }
 

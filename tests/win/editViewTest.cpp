@@ -2,6 +2,7 @@
 // the edit commands, and Find (next, up, down, match case, whole word) selecting the right range and
 // saying "Cannot find" in the system's message box.
 #include "quillonTestApp.h"
+#include "resourceIds.h"
 
 #include <gtest/gtest.h>
 
@@ -46,16 +47,16 @@ TEST_F(EditViewTest, EditCommandsWorkThroughTheClipboardAndUndo)
     ASSERT_TRUE(view->setText(L"hello world"));
     EXPECT_EQ(SendMessageW(view->hwnd(), EM_CANUNDO, 0, 0), 0) << "a new text has nothing to undo";
     view->setSelection(0, 5);
-    SendMessageW(frame, WM_COMMAND, 57634, 0); // Copy
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_COPY, 0); // Copy
     view->setSelection(11, 11);
-    SendMessageW(frame, WM_COMMAND, 57637, 0); // Paste
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_PASTE, 0); // Paste
     EXPECT_EQ(wt::narrow(view->text()), "hello worldhello");
-    SendMessageW(frame, WM_COMMAND, 57643, 0); // Undo
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_UNDO, 0); // Undo
     EXPECT_EQ(wt::narrow(view->text()), "hello world");
     view->setSelection(5, 11);
-    SendMessageW(frame, WM_COMMAND, 57635, 0); // Cut
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_CUT, 0); // Cut
     EXPECT_EQ(wt::narrow(view->text()), "hello");
-    SendMessageW(frame, WM_COMMAND, 57642, 0); // Select All
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_SELECT_ALL, 0); // Select All
     EXPECT_EQ(selection(*view), Range(0, 5));
 }
 
@@ -99,7 +100,7 @@ TEST_F(EditViewTest, FindSelectsTheRightRange)
 TEST_F(EditViewTest, FindDialogMessagesSearchAndReportFailureInARealMessageBox)
 {
     view->setText(L"one two one two");
-    SendMessageW(frame, WM_COMMAND, 57636, 0);
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_FIND, 0);
     ASSERT_NE(view->findDialog(), nullptr);
 
     wchar_t what[] = L"two";

@@ -2,6 +2,7 @@
 // to its last item, prompts and tooltips, the lock-key indicators and F6, the bars' state across a
 // restart, and the rule that every menu command has its prompt and is either handled or greyed.
 #include "quillonTestApp.h"
+#include "resourceIds.h"
 
 #include "app/qwzAppCatalog.h"
 #include "app/qwzCQuillonApp.h"
@@ -24,7 +25,8 @@ using qw::QuillonTestApp;
 TEST(Frame, ToolbarImagesLoadTopDownWithAndWithoutAlpha)
 {
     int results[3] = {};
-    for (unsigned id : {57600, 57601, 57603, 57643, 57635, 57634, 57637, 57607, 57664}) {
+    for (unsigned id : {ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE, ID_EDIT_UNDO, ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE,
+                        ID_FILE_PRINT, ID_APP_ABOUT}) {
         SCOPED_TRACE("bitmap " + std::to_string(id));
         qwzDib dib;
         int result = dib.load(id);
@@ -49,7 +51,7 @@ TEST(Frame, ToolbarImagesLoadTopDownWithAndWithoutAlpha)
     EXPECT_GT(results[2], 0);
     // New's green badge is at the bottom right; its mirror image at the top right is background
     qwzDib newImage;
-    newImage.load(57600);
+    newImage.load(ID_FILE_NEW);
     EXPECT_EQ(newImage.alpha(34, 31), 255);
     EXPECT_GT(newImage.colour(34, 31).green, newImage.colour(34, 31).red);
     EXPECT_EQ(newImage.alpha(34, 8), 0);
@@ -90,14 +92,15 @@ protected:
 TEST_F(FrameWindow, ToolbarHasItsButtonsSizesAndGreyedTwins)
 {
     HWND bar = frame->toolBar()->hwnd();
-    EXPECT_EQ(GetDlgCtrlID(bar), 59392);
+    EXPECT_EQ(GetDlgCtrlID(bar), ID_VIEW_TOOLBAR);
     std::vector<int> ids;
     for (int i = 0, n = int(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0)); i < n; ++i) {
         TBBUTTON b = {};
         SendMessageW(bar, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&b));
         ids.push_back(b.fsStyle & BTNS_SEP ? 0 : b.idCommand);
     }
-    EXPECT_EQ(ids, (std::vector<int>{57600, 57601, 57603, 0, 57643, 57635, 57634, 57637, 0, 57607, 0, 57664}));
+    EXPECT_EQ(ids, (std::vector<int>{ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE, 0, ID_EDIT_UNDO, ID_EDIT_CUT,
+                                     ID_EDIT_COPY, ID_EDIT_PASTE, 0, ID_FILE_PRINT, 0, ID_APP_ABOUT}));
     LRESULT size = SendMessageW(bar, TB_GETBUTTONSIZE, 0, 0);
     EXPECT_EQ(LOWORD(size), 47);
     EXPECT_EQ(HIWORD(size), 46);
@@ -120,10 +123,10 @@ TEST_F(FrameWindow, ToolbarHasItsButtonsSizesAndGreyedTwins)
     // a command that nothing handles is greyed in the menu and on its button, however it was shown before
     HMENU help = GetSubMenu(GetMenu(frame->hwnd()), 3);
     SendMessageW(frame->hwnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(help), 3);
-    EXPECT_TRUE(GetMenuState(help, 285, MF_BYCOMMAND) & MF_GRAYED) << "Check for Quillon Updates";
+    EXPECT_TRUE(GetMenuState(help, ID_HELP_CHECK_VERSION, MF_BYCOMMAND) & MF_GRAYED) << "Check for Quillon Updates";
     frame->onIdleUpdate();
-    EXPECT_FALSE(SendMessageW(bar, TB_ISBUTTONENABLED, 57664, 0)) << "About";
-    EXPECT_TRUE(SendMessageW(bar, TB_ISBUTTONENABLED, 57600, 0)) << "New, which the application handles";
+    EXPECT_FALSE(SendMessageW(bar, TB_ISBUTTONENABLED, ID_APP_ABOUT, 0)) << "About";
+    EXPECT_TRUE(SendMessageW(bar, TB_ISBUTTONENABLED, ID_FILE_NEW, 0)) << "New, which the application handles";
 }
 
 // The text of item `i` of `menu`, as stored.
@@ -190,7 +193,8 @@ TEST_F(German, PromptsAndTooltipsAreTheTranslatedHalves)
     QuillonTestApp app(L"quillonTests-frame");
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
     qwzCMainFrame* frame = static_cast<qwzCMainFrame*>(app.mainFrame());
-    const unsigned ids[] = {57600, 57616, 104, 1}; // with "\n", without, without and long, no string
+    const unsigned ids[] = {ID_FILE_NEW, ID_FILE_MRU_FILE1, IDP_OLE_INIT_FAILED,
+                            1}; // with "\n", without, without and long, no string
     for (unsigned id : ids) {
         SCOPED_TRACE("string " + std::to_string(id));
         auto [expected, tip] = halves(id);
@@ -202,12 +206,12 @@ TEST_F(German, PromptsAndTooltipsAreTheTranslatedHalves)
         EXPECT_EQ(wt::narrow(tooltip<NMTTDISPINFOA>(frame->hwnd(), TTN_GETDISPINFOA, id)), wt::narrow(tip));
     }
     std::wstring prompt;
-    frame->GetMessageString(57600, prompt);
+    frame->GetMessageString(ID_FILE_NEW, prompt);
     EXPECT_NE(wt::narrow(prompt), "Create a new document") << "translated";
     // a request that names a window asks for that control's tooltip
     HWND bar = frame->toolBar()->hwnd();
     EXPECT_EQ(wt::narrow(tooltip<NMTTDISPINFOW>(frame->hwnd(), TTN_GETDISPINFOW, UINT_PTR(bar), TTF_IDISHWND)),
-              wt::narrow(halves(59392).second));
+              wt::narrow(halves(ID_VIEW_TOOLBAR).second));
 }
 
 TEST_F(FrameWindow, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsAndF6FollowTheKeys)
@@ -216,7 +220,7 @@ TEST_F(FrameWindow, TheMessagePaneComesBackAfterAPromptAndTheIndicatorsAndF6Foll
     EXPECT_EQ(wt::narrow(bar->paneText(0)), "Ready");
     frame->setMessageText(L"Checking for newer versions...");
     HMENU file = GetSubMenu(GetMenu(frame->hwnd()), 0);
-    SendMessageW(frame->hwnd(), WM_MENUSELECT, MAKEWPARAM(57601, MF_HILITE), reinterpret_cast<LPARAM>(file));
+    SendMessageW(frame->hwnd(), WM_MENUSELECT, MAKEWPARAM(ID_FILE_OPEN, MF_HILITE), reinterpret_cast<LPARAM>(file));
     EXPECT_EQ(wt::narrow(bar->paneText(0)), "Open an existing document");
     SendMessageW(frame->hwnd(), WM_MENUSELECT, MAKEWPARAM(0, MF_POPUP | MF_HILITE), reinterpret_cast<LPARAM>(file));
     EXPECT_EQ(bar->paneText(0), L"") << "a popup has no prompt";
@@ -266,12 +270,13 @@ TEST(Frame, BarsKeepTheirStateAcrossARestart)
         ASSERT_NE(app.openDocumentFile(L""), nullptr);
         winFrame* frame = app.mainFrame();
         if (!restarted) {
-            EXPECT_TRUE(checked(frame, 59392) && checked(frame, 59393)) << "both bars shown at first";
-            frame->routeCommand(59392);
-            frame->routeCommand(59393);
+            EXPECT_TRUE(checked(frame, ID_VIEW_TOOLBAR) && checked(frame, ID_VIEW_STATUS_BAR))
+                << "both bars shown at first";
+            frame->routeCommand(ID_VIEW_TOOLBAR);
+            frame->routeCommand(ID_VIEW_STATUS_BAR);
         }
-        EXPECT_FALSE(checked(frame, 59392)) << "restarted " << restarted;
-        EXPECT_FALSE(checked(frame, 59393)) << "restarted " << restarted;
+        EXPECT_FALSE(checked(frame, ID_VIEW_TOOLBAR)) << "restarted " << restarted;
+        EXPECT_FALSE(checked(frame, ID_VIEW_STATUS_BAR)) << "restarted " << restarted;
         RECT client = {}, view = {};
         GetClientRect(frame->hwnd(), &client);
         GetWindowRect(frame->activeView()->hwnd(), &view);
@@ -342,7 +347,8 @@ private:
 TEST(Frame, EveryMenuCommandHasItsPromptAndIsHandledOrGreyed)
 {
     // a version check, once there is one, must not go out to the network
-    qt::setEnv("QWZ_PRODUCT_SERVER", "http://127.0.0.1:9");
+    qt::ScopedEnv env;
+    env.set("QWZ_PRODUCT_SERVER", "http://127.0.0.1:9");
     WalkApp app;
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
     winFrame* frame = app.mainFrame();
@@ -361,7 +367,7 @@ TEST(Frame, EveryMenuCommandHasItsPromptAndIsHandledOrGreyed)
                 items.push_back({GetSubMenu(bar, p), p, id});
     EXPECT_GT(items.size(), 15u) << "the main menu was read";
     // Exit goes last: it ends the window
-    std::stable_partition(items.begin(), items.end(), [](const Item& item) { return item.id != 57665; });
+    std::stable_partition(items.begin(), items.end(), [](const Item& item) { return item.id != ID_APP_EXIT; });
     DialogCanceller canceller;
     int handled = 0;
     for (const Item& item : items) {
@@ -388,7 +394,6 @@ TEST(Frame, EveryMenuCommandHasItsPromptAndIsHandledOrGreyed)
                              [](const wt::TestApp::Box& box) { return box.text == L"Unable to find the help file"; });
     ASSERT_NE(help, app.boxes.end());
     EXPECT_EQ(help->type & MB_ICONMASK, UINT(MB_ICONERROR));
-    qt::setEnv("QWZ_PRODUCT_SERVER", nullptr);
 }
 
 } // namespace

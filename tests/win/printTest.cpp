@@ -2,6 +2,7 @@
 // long and wrapped texts measured with the printer's font on the printer itself; the preview's paging,
 // zoom and greyed commands; the progress window's page and its Cancel.
 #include "quillonTestApp.h"
+#include "resourceIds.h"
 
 #include "win/winPrintJob.h"
 #include "win/winPrintPreview.h"
@@ -136,12 +137,12 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     view->setText(lines(perPage * 2 + 1));
     view->setSelection(7, 9);
     HWND frame = app.mainFrame()->hwnd();
-    SendMessageW(frame, WM_COMMAND, 57609, 0);
+    SendMessageW(frame, WM_COMMAND, ID_FILE_PRINT_PREVIEW, 0);
     winPrintPreview* preview = view->preview();
     ASSERT_NE(preview, nullptr);
     auto shown = [](HWND window) { return (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE) != 0; };
     EXPECT_FALSE(shown(view->hwnd())) << "the preview takes the view's place";
-    HWND toolBar = GetDlgItem(frame, 59392);
+    HWND toolBar = GetDlgItem(frame, ID_VIEW_TOOLBAR);
     ASSERT_NE(toolBar, nullptr);
     EXPECT_FALSE(shown(toolBar)) << "the preview's own bar stands in for the toolbar";
 
@@ -178,12 +179,13 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     };
     for (unsigned id : {57643u, 57635u, 57634u, 57637u, 57642u, 57636u, 253u})
         EXPECT_TRUE(greyed(1, id)) << "edit command " << id << " on the hidden view";
-    EXPECT_TRUE(greyed(0, 57609)) << "Print Preview while previewing";
-    EXPECT_TRUE(greyed(2, 59392)) << "View > Toolbar while the preview's bar stands in";
-    EXPECT_TRUE(GetMenuState(GetSubMenu(menu, 2), 59392, MF_BYCOMMAND) & MF_CHECKED) << "the user's choice kept";
-    EXPECT_FALSE(greyed(0, 57607)) << "Print";
-    EXPECT_FALSE(greyed(0, 57606)) << "Print Setup";
-    SendMessageW(frame, WM_COMMAND, 57642, 0); // Select All does nothing while hidden
+    EXPECT_TRUE(greyed(0, ID_FILE_PRINT_PREVIEW)) << "Print Preview while previewing";
+    EXPECT_TRUE(greyed(2, ID_VIEW_TOOLBAR)) << "View > Toolbar while the preview's bar stands in";
+    EXPECT_TRUE(GetMenuState(GetSubMenu(menu, 2), ID_VIEW_TOOLBAR, MF_BYCOMMAND) & MF_CHECKED)
+        << "the user's choice kept";
+    EXPECT_FALSE(greyed(0, ID_FILE_PRINT)) << "Print";
+    EXPECT_FALSE(greyed(0, ID_FILE_PRINT_SETUP)) << "Print Setup";
+    SendMessageW(frame, WM_COMMAND, ID_EDIT_SELECT_ALL, 0); // Select All does nothing while hidden
     EXPECT_EQ(wt::selection(*view).first, 7u);
 
     SendMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
@@ -192,7 +194,7 @@ TEST_F(Print, PreviewPagesZoomsAndGreysTheHiddenViewsCommands)
     EXPECT_TRUE(shown(toolBar)) << "the toolbar comes back with the view";
     EXPECT_EQ(GetFocus(), view->hwnd());
     EXPECT_EQ(wt::selection(*view), (std::pair<size_t, size_t>(7, 9))) << "the caret where it was";
-    EXPECT_FALSE(greyed(1, 57642)) << "Select All back with the view";
+    EXPECT_FALSE(greyed(1, ID_EDIT_SELECT_ALL)) << "Select All back with the view";
 }
 
 // Pages that record what they were asked to draw; on page 2 it reads the progress window and presses

@@ -17,7 +17,7 @@ namespace
 {
 
 using qw::QuillonTestApp;
-const unsigned save = 57603, saveAs = 57604;
+const unsigned save = ID_FILE_SAVE, saveAs = ID_FILE_SAVE_AS;
 
 std::wstring caption(QuillonTestApp& app)
 {
@@ -205,7 +205,7 @@ TEST(QuillonDocument, NewSaveAndSaveAsChooseTheirTarget)
     std::wstring dir = wt::scratch("qdoc-saveas");
     ASSERT_NE(app.openDocumentFile(qw::scratchFile("qdoc-new", L"n.txt", "something")), nullptr);
     HWND frame = app.mainFrame()->hwnd();
-    SendMessageW(frame, WM_COMMAND, 57600, 0);
+    SendMessageW(frame, WM_COMMAND, ID_FILE_NEW, 0);
     EXPECT_EQ(app.view()->text(), L"");
     EXPECT_EQ(wt::narrow(app.doc()->title()), "Untitled");
     EXPECT_TRUE(app.boxes.empty()) << "an unchanged document is replaced without a question";
@@ -260,7 +260,7 @@ TEST(QuillonDocument, SaveAsKeepsTheEncodingAndANewDocumentIsUtf8)
     SendMessageW(frame, WM_COMMAND, saveAs, 0);
     EXPECT_EQ(wt::readWide(dir + L"\\copy.txt"), bigEndian);
 
-    SendMessageW(frame, WM_COMMAND, 57600, 0);
+    SendMessageW(frame, WM_COMMAND, ID_FILE_NEW, 0);
     app.view()->setText(L"new \u00e9");
     app.doc()->setModified();
     app.fileAnswers = {dir + L"\\new.txt"};

@@ -60,10 +60,10 @@ class CatalogEnvironment : public testing::Environment
 public:
     void SetUp() override
     {
-        qt::setEnv("LC_ALL", "NoSuchLanguage");
+        qt::ScopedEnv env;
+        env.set("LC_ALL", "NoSuchLanguage");
         qwzAppCatalog::setBaseDirectory(utString(installedLocale().c_str()));
         qwzTheAppCatalog().start();
-        qt::setEnv("LC_ALL", nullptr);
     }
 };
 
@@ -81,12 +81,11 @@ void German::SetUp()
 void German::TearDown()
 {
     restart("NoSuchLanguage");
-    qt::setEnv("LC_ALL", nullptr);
 }
 
 void German::restart(const char* language)
 {
-    qt::setEnv("LC_ALL", language);
+    env_.set("LC_ALL", language);
     // the process's domain exists already: select the language for it, as a user's choice would
     nlsDomainManager::setLanguageForAllDomains(language);
     nlsDomainManager::clearSystemLanguage();

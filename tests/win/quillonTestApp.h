@@ -7,6 +7,7 @@
 #include "app/qwzCMainFrame.h"
 #include "document/qwzCQuillonDoc.h"
 #include "document/qwzCQuillonView.h"
+#include "testSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -39,7 +40,9 @@ class German : public testing::Test
 protected:
     void SetUp() override;
     void TearDown() override;
-    static void restart(const char* language);
+    void restart(const char* language);
+
+    qt::ScopedEnv env_;
 };
 
 // The installed catalogs' directory, as the program sees it.

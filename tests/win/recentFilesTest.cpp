@@ -91,15 +91,15 @@ TEST(RecentFilesTest, MenuShowsEntriesInPlaceOfThePlaceholderAndBack)
         return std::wstring(text);
     };
     SendMessageW(frame, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(file), 0);
-    EXPECT_EQ(itemText(57616), L"Recent File");
-    EXPECT_TRUE(GetMenuState(file, 57616, MF_BYCOMMAND) & MF_GRAYED);
+    EXPECT_EQ(itemText(ID_FILE_MRU_FILE1), L"Recent File");
+    EXPECT_TRUE(GetMenuState(file, ID_FILE_MRU_FILE1, MF_BYCOMMAND) & MF_GRAYED);
 
     app.addToRecentFileList(L"C:\\docs\\first.txt");
     app.addToRecentFileList(L"C:\\docs\\R&D.txt");
     SendMessageW(frame, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(file), 0);
-    EXPECT_EQ(itemText(57616), L"&1 C:\\docs\\R&&D.txt");
-    EXPECT_EQ(itemText(57617), L"&2 C:\\docs\\first.txt");
-    EXPECT_FALSE(GetMenuState(file, 57616, MF_BYCOMMAND) & MF_GRAYED);
+    EXPECT_EQ(itemText(ID_FILE_MRU_FILE1), L"&1 C:\\docs\\R&&D.txt");
+    EXPECT_EQ(itemText(ID_FILE_MRU_FILE2), L"&2 C:\\docs\\first.txt");
+    EXPECT_FALSE(GetMenuState(file, ID_FILE_MRU_FILE1, MF_BYCOMMAND) & MF_GRAYED);
     EXPECT_EQ(GetMenuItemID(file, 9), 57616u) << "entries stand where the placeholder stood";
     EXPECT_EQ(GetMenuItemID(file, 10), 57617u);
     EXPECT_EQ(GetMenuItemID(file, 11), 0u) << "the separator after the list stays";
@@ -107,8 +107,8 @@ TEST(RecentFilesTest, MenuShowsEntriesInPlaceOfThePlaceholderAndBack)
     app.recentFiles()->remove(1);
     app.recentFiles()->remove(0);
     SendMessageW(frame, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(file), 0);
-    EXPECT_EQ(itemText(57616), L"Recent File");
-    EXPECT_TRUE(GetMenuState(file, 57616, MF_BYCOMMAND) & MF_GRAYED);
+    EXPECT_EQ(itemText(ID_FILE_MRU_FILE1), L"Recent File");
+    EXPECT_TRUE(GetMenuState(file, ID_FILE_MRU_FILE1, MF_BYCOMMAND) & MF_GRAYED);
     EXPECT_EQ(GetMenuItemCount(file), 12);
 }
 
@@ -123,7 +123,7 @@ TEST(RecentFilesTest, AVanishedFileIsRemovedWithAMessage)
     ASSERT_NE(app.openDocumentFile(L""), nullptr);
     app.addToRecentFileList(kept);
     app.addToRecentFileList(gone);
-    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57616, 0);
+    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, ID_FILE_MRU_FILE1, 0);
     ASSERT_EQ(app.boxes.size(), 1u);
     EXPECT_EQ(app.boxes[0].text, winText::formatId(WIN_IDS_RECENT_MISSING, {gone}));
     EXPECT_EQ(entries(*app.recentFiles()), std::vector<std::wstring>{kept});
@@ -131,7 +131,7 @@ TEST(RecentFilesTest, AVanishedFileIsRemovedWithAMessage)
     EXPECT_EQ(registryValue(L"File2"), L"<none>");
     EXPECT_TRUE(app.document()->pathName().empty()) << "nothing was opened";
 
-    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, 57616, 0);
+    SendMessageW(app.mainFrame()->hwnd(), WM_COMMAND, ID_FILE_MRU_FILE1, 0);
     EXPECT_EQ(app.document()->pathName(), kept);
 }
 

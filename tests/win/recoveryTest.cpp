@@ -17,7 +17,7 @@ namespace
 {
 
 using qw::QuillonTestApp;
-const unsigned save = 57603;
+const unsigned save = ID_FILE_SAVE;
 
 // An application with a document and a keeper in a scratch folder, wired as Quillon wires them.
 struct Kept {

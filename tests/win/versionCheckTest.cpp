@@ -3,6 +3,7 @@
 // a synchronous read waits for all it asked for), and a check's requests as they leave and its status text.
 #include "quillonTestApp.h"
 
+#include "http/httpReply.h"
 #include "http/httpThing.h"
 #include "http/qwzCCheckVersionDlg.h"
 #include "productServer.h"
@@ -56,9 +57,18 @@ TEST_F(VersionServer, EachWayAReplyGoesHasItsStatus)
         int status;
         const char* value;
     } cases[] = {
-        {"Quillon", 0, "434002"}, {"P304", 15, nullptr},   {"P404", 13, nullptr},    {"Unknown", 13, nullptr},
-        {"NoData", 8, nullptr},   {"NoClose", 8, nullptr}, {"NoLength", 0, "5"},     {"Split", 0, "5"},
-        {"Slow", 0, "5"},         {"Cut", 13, nullptr},    {"Endless", 13, nullptr}, {"Huge", 13, nullptr},
+        {"Quillon", httpOk, "434002"},
+        {"P304", httpNotModified, nullptr},
+        {"P404", httpBadReply, nullptr},
+        {"Unknown", httpBadReply, nullptr},
+        {"NoData", httpNoData, nullptr},
+        {"NoClose", httpNoData, nullptr},
+        {"NoLength", httpOk, "5"},
+        {"Split", httpOk, "5"},
+        {"Slow", httpOk, "5"},
+        {"Cut", httpBadReply, nullptr},
+        {"Endless", httpBadReply, nullptr},
+        {"Huge", httpBadReply, nullptr},
     };
     for (const auto& c : cases) {
         char* value = nullptr;
@@ -67,7 +77,8 @@ TEST_F(VersionServer, EachWayAReplyGoesHasItsStatus)
         EXPECT_STREQ(value, c.value) << c.product;
     }
     char* value = nullptr;
-    EXPECT_EQ(httpProductAttribute("127.0.0.1", port_, 0).get("a b&c", "x y", value), 13) << "split by the script";
+    EXPECT_EQ(httpProductAttribute("127.0.0.1", port_, 0).get("a b&c", "x y", value), httpBadReply)
+        << "split by the script";
     std::string sent = log().substr(log().rfind("{\"method\""));
     EXPECT_NE(sent.find("\"body\": \"product=a b&c&attribute=x y\""), std::string::npos) << "unencoded: " << sent;
 }
