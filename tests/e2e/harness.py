@@ -23,12 +23,12 @@ WINDOW_TEXT = os.environ.get("QUILLON_WINDOW_TEXT", os.path.join(BUILD_DIR, "tes
 
 class _ResourceIds:
     """Resource ids by the names the program uses (ID.ID_FILE_SAVE): from the header the build makes of
-    res/strings.txt and from res/resource.h, read on first use."""
+    res/strings.txt, the window framework's own ids and res/resource.h, read on first use."""
 
     def __getattr__(self, name):
         ids = {}
         for path in (os.path.join(BUILD_DIR, "generated", "resourceIds.h"),
-                     os.path.join(SOURCE_DIR, "res", "resource.h")):
+                     os.path.join(SOURCE_DIR, "win", "winIds.h"), os.path.join(SOURCE_DIR, "res", "resource.h")):
             with open(path, encoding="utf-8") as f:
                 ids.update((m.group(1), int(m.group(2))) for m in re.finditer(r"^#define (\w+) (\d+)$", f.read(), re.M))
         self.__dict__.update(ids)
