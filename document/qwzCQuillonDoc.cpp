@@ -142,7 +142,7 @@ void qwzCQuillonDoc::setPathName(const std::wstring& path, bool addToRecentFiles
     }
 }
 
-bool qwzCQuillonDoc::onNewDocument()
+void qwzCQuillonDoc::forgetFile()
 {
     stopLoading();
     alteredFile_.clear();
@@ -153,6 +153,11 @@ bool qwzCQuillonDoc::onNewDocument()
     if (recovery_)
         recovery_->discard();
     watcher_.stop();
+}
+
+bool qwzCQuillonDoc::onNewDocument()
+{
+    forgetFile();
     if (!winDocument::onNewDocument())
         return false;
     if (qwzCQuillonView* view = getView())
@@ -163,18 +168,11 @@ bool qwzCQuillonDoc::onNewDocument()
 bool qwzCQuillonDoc::onOpenDocument(const std::wstring& path)
 {
     // before the view is emptied: the loop that shows the empty view would append the old text's next piece
-    stopLoading();
+    forgetFile();
     if (qwzCQuillonView* view = getView())
         view->clearView();
     utString utf8 = qwzUtf8(path);
     keepUntitled_ = false;
-    alteredFile_.clear();
-    partial_ = false;
-    encoding_ = utEncoding::Utf8;
-    utf16WithoutMark_ = false;
-    if (recovery_)
-        recovery_->discard();
-    watcher_.stop();
     if (loadFile(utf8) != Loaded) {
         keepUntitled_ = true;
         setDocumentPath(utString());

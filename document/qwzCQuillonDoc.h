@@ -99,6 +99,8 @@ public:
     bool restore(const qwzRecoveryRecord& record);
 
 private:
+    // Stops the load and the watch and forgets what the old file was: the document is about to be replaced.
+    void forgetFile();
     // The loader's news: progress in the message pane and the pointer; the end of a load.
     void onLoadProgress(int percent);
     void onLoadEnded(bool whole);

@@ -7,6 +7,7 @@
 
 #include "foundation/utTextConversion.h"
 #include "foundation/utTextEncoding.h"
+#include "tests/fuzz/fuzzUtf8.h"
 
 namespace
 {
@@ -14,30 +15,6 @@ void check(bool ok)
 {
     if (!ok)
         std::abort();
-}
-
-// Strict UTF-8 (NUL allowed: the document refuses it, the decoder does not judge it).
-bool validUtf8(const std::string& s)
-{
-    size_t i = 0;
-    while (i < s.size()) {
-        unsigned char b = static_cast<unsigned char>(s[i]);
-        int need = b < 0x80 ? 0 : (b & 0xE0) == 0xC0 ? 1 : (b & 0xF0) == 0xE0 ? 2 : (b & 0xF8) == 0xF0 ? 3 : -1;
-        if (need < 0 || need > static_cast<int>(s.size() - i - 1))
-            return false;
-        uint32_t v = need == 0 ? b : need == 1 ? (b & 0x1F) : need == 2 ? (b & 0x0F) : (b & 0x07);
-        for (int k = 1; k <= need; ++k) {
-            unsigned char c = static_cast<unsigned char>(s[i + static_cast<size_t>(k)]);
-            if ((c & 0xC0) != 0x80)
-                return false;
-            v = (v << 6) | (c & 0x3F);
-        }
-        static const uint32_t least[] = {0, 0x80, 0x800, 0x10000};
-        if (v < least[need] || (v >= 0xD800 && v <= 0xDFFF) || v > 0x10FFFF)
-            return false;
-        i += static_cast<size_t>(need) + 1;
-    }
-    return true;
 }
 
 bool isUtf16(utEncoding e)
